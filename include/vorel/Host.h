@@ -96,6 +96,8 @@ protected:
 
 // Gives the process's host client; null when it has none at the moment.
 inline constexpr const char* HostClientEntryPoint = "GetVorelHostClient";
-using GetHostClientProc = Status (*)(IHostClient*& client);
+extern "C" {
+using GetHostClientProc = Status (*)(IHostClient** client);
+}
 
 } // namespace vorel

@@ -123,6 +123,8 @@ protected:
 
 // Entry point of the port library, exported under this name.
 inline constexpr const char* ParallelPortManagerEntryPoint = "GetParallelPortManager";
-using GetParallelPortManagerProc = Status (*)(IParallelPortManager*& manager);
+extern "C" {
+using GetParallelPortManagerProc = Status (*)(IParallelPortManager** manager);
+}
 
 } // namespace vorel
