@@ -68,8 +68,8 @@ std::string DiagnosisText(const TChainReport& chain, const std::string& indent) 
                          "the raw bits:\n";
         for (std::size_t i = 0; i < chain.IdsSeen.size(); ++i) {
             const auto& id = chain.IdsSeen[i];
-            text += indent + "  " + std::to_string(i) + "  " +
-                    (id ? "0x" + ToHex(*id, 8) : "no id register") + "\n";
+            text.append(indent).append("  ").append(std::to_string(i)).append("  ");
+            text.append(id ? "0x" + ToHex(*id, 8) : "no id register").push_back('\n');
         }
     }
     return text;
