@@ -31,6 +31,7 @@ protected:
 
 private:
     void ClearPins() noexcept;
+    void CloseAfterFailure() noexcept;
 
     TJTagParallelPort_ChannelMapping* Mapping = nullptr;
     std::uint8_t LastTck = 0;

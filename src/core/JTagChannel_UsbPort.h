@@ -49,20 +49,21 @@ protected:
     void DoClose() override;
 
 private:
+    using TTiming = std::array<std::uint32_t, 3>; // timing values A, D and B
+
     // Raises when the pod's transfer failed.
     void CheckPod(bool done) const;
-    void PodClock(std::uint8_t tms, std::uint8_t tdi);
+    bool SetTiming(const TTiming& timing) noexcept;
+    void ShiftFast(std::string_view bits, std::int32_t count);
     void ClearPins() noexcept;
-    void OpenSession();
-    bool RestoreTiming();
-    bool UsesMultiplexer() const noexcept;
+    void Leave(bool inSession) noexcept;
 
     TUsbPort* Pod;
     std::uint8_t ChainNumber;
     bool ResetOnOpen;
     bool BoardMode = false;
     std::uint8_t PodChannel = 0;
-    std::array<std::uint32_t, 3> SavedTicks; // timing values A, D and B
+    TTiming SavedTicks{};
     std::uint8_t LastTck = 0;
     std::uint8_t LastTms = 0;
     std::uint8_t LastTdi = 0;

@@ -12,7 +12,7 @@ bool TJtagPort::CheckPresence() {
 }
 
 // A port that is not detected has no devices, however the search ended.
-bool TJtagPort::Detect(bool force) {
+bool TJtagPort::SearchChains(bool force) {
     bool found = false;
     const auto retireAll = [this]() noexcept {
         for (TJTagChannel* chain : {&DoGetHardChain(), &DoGetSoftChain(), &DoGetBoardChain()}) {
@@ -58,7 +58,7 @@ Status TJtagPortOf<Interface>::IsConnected(Bool32& connected) noexcept {
 template<class Interface>
 Status TJtagPortOf<Interface>::Detect(Bool32 force, Bool32& found) noexcept {
     found = False32;
-    return Guard([&] { found = ToBool32(TJtagPort::Detect(force != False32)); });
+    return Guard([&] { found = ToBool32(this->SearchChains(force != False32)); });
 }
 
 template<class Interface>

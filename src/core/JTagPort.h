@@ -47,7 +47,7 @@ protected:
 
     // What the operations do around the calls above.
     bool CheckPresence();
-    bool Detect(bool force);
+    bool SearchChains(bool force);
 
 private:
     bool Connected = false;
