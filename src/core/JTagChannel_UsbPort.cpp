@@ -34,7 +34,7 @@ TJTagChannel_UsbPort::TJTagChannel_UsbPort(TUsbChannelSetup setup, TJtagPort& po
 
 void TJTagChannel_UsbPort::CheckPod(bool done) const {
     if (!done) {
-        throw EVorelError(Pod->FailureStatus(), "transfer of channel " + GetName() + " failed");
+        throw EVorelError(Pod->LastStatus(), "transfer of channel " + GetName() + " failed");
     }
 }
 
@@ -48,7 +48,7 @@ void TJTagChannel_UsbPort::ClearPins() noexcept {
 void TJTagChannel_UsbPort::DoOpen() {
     ClearPins();
     if (Pod != nullptr) {
-        SavedTicks = {Pod->TimingA, Pod->TimingD, Pod->TimingB};
+        SavedTicks = {Pod->GetTimingA(), Pod->GetTimingD(), Pod->GetTimingB()};
     }
     bool inSession = false;
     try {
@@ -99,15 +99,18 @@ void TJTagChannel_UsbPort::DoClose() {
 // Gives back after a failure; what fails now has been told already.
 void TJTagChannel_UsbPort::Leave(bool inSession) noexcept {
     ClearPins();
-    if (Pod != nullptr) {
+    if (Pod == nullptr) {
+        return;
+    }
+    static_cast<void>(Guard([&] {
         SetTiming(SavedTicks);
         if (inSession) {
             Pod->EndSession();
         }
-    }
+    }));
 }
 
-bool TJTagChannel_UsbPort::SetTiming(const TTiming& timing) noexcept {
+bool TJTagChannel_UsbPort::SetTiming(const TTiming& timing) {
     const bool first = Pod->SetTimingA(timing[0]);
     const bool second = Pod->SetTimingD(timing[1]);
     const bool third = Pod->SetTimingB(timing[2]);
@@ -132,16 +135,20 @@ void TJTagChannel_UsbPort::DoWritePins() {
     LastTck = Tck;
 }
 
+// No capture by way of DoBeginCapture: TCK may stand high here, and stays there.
 void TJTagChannel_UsbPort::DoReadTdo() {
     Tdo = 0;
     if (Pod == nullptr) {
         return;
     }
     Pod->BeginRead();
-    const bool clocked = Pod->Clock(PodChannel != 0, Tms != 0, Tdi != 0, false);
-    BitText result;
-    const bool read = Pod->EndRead(result);
-    CheckPod(clocked && read);
+    try {
+        CheckPod(Pod->Clock(PodChannel != 0, Tms != 0, Tdi != 0, false));
+    } catch (...) {
+        DoAbandonCapture();
+        throw;
+    }
+    const BitText result = DoEndCapture();
     Tdo = !result.empty() && result.back() == '1' ? 1 : 0;
 }
 
@@ -173,9 +180,11 @@ BitText TJTagChannel_UsbPort::DoEndCapture() {
 }
 
 void TJTagChannel_UsbPort::DoAbandonCapture() noexcept {
-    BitText ignored;
     if (Pod != nullptr) {
-        Pod->EndRead(ignored);
+        static_cast<void>(Guard([&] {
+            BitText ignored;
+            Pod->EndRead(ignored);
+        }));
     }
 }
 

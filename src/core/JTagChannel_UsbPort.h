@@ -53,7 +53,7 @@ private:
 
     // Raises when the pod's transfer failed.
     void CheckPod(bool done) const;
-    bool SetTiming(const TTiming& timing) noexcept;
+    bool SetTiming(const TTiming& timing);
     void ShiftFast(std::string_view bits, std::int32_t count);
     void ClearPins() noexcept;
     void Leave(bool inSession) noexcept;

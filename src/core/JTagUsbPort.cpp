@@ -48,7 +48,7 @@ std::string TJtagUsbPort::DoGetName() {
 }
 
 std::string TJtagUsbPort::DoGetDescription() {
-    return "USB JTAG Cable found at address " + std::to_string(Pod.DeviceIndex) + ".";
+    return "USB JTAG Cable found at address " + std::to_string(Pod.GetDeviceIndex()) + ".";
 }
 
 bool TJtagUsbPort::DoIsPresent() {
@@ -78,8 +78,14 @@ bool TJtagUsbPort::TryMode(bool boardMode) {
     return boardMode ? TryBoard() : TryBareChains();
 }
 
+void TJtagUsbPort::SetPodMode(std::uint32_t mode) {
+    if (!Pod.SetPodMode(mode)) {
+        throw EVorelError(Pod.LastStatus(), "setting the mode of a pod failed");
+    }
+}
+
 bool TJtagUsbPort::TryBoard() {
-    Pod.SetPodMode(PodModeBoard);
+    SetPodMode(PodModeBoard);
     TChainScan(BoardChain).Scan();
     const auto& devices = BoardChain.ChainDevices();
     if (devices.empty() ||
@@ -94,7 +100,7 @@ bool TJtagUsbPort::TryBoard() {
 }
 
 bool TJtagUsbPort::TryBareChains() {
-    Pod.SetPodMode(PodModeBare);
+    SetPodMode(PodModeBare);
     TChainScan(HardChain).Scan();
     if (HardChain.DeviceCount() == 0) {
         return false;

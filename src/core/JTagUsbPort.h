@@ -26,6 +26,7 @@ protected:
 private:
     // The two ways in which chains can hang behind a pod.
     bool TryMode(bool boardMode);
+    void SetPodMode(std::uint32_t mode);
     bool TryBoard();
     bool TryBareChains();
 
