@@ -1,0 +1,100 @@
+#include "objectcode/Rt_TAP.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <vector>
+
+namespace vorel {
+namespace {
+
+using enum TTapState;
+
+// The plain search that defines the results: over whole paths, each with its own memory of where it
+// has been.
+std::string SearchAllPaths(TTapState from, TTapState to) {
+    struct Path {
+        std::vector<TTapState> States;
+        std::string Tms;
+    };
+    if (from == to) {
+        return {};
+    }
+    std::deque<Path> queue{{{from}, ""}};
+    for (; !queue.empty(); queue.pop_front()) {
+        for (const int tms : {0, 1}) {
+            const TTapState reached = TapStateAfter(queue.front().States.back(), tms);
+            Path longer = queue.front();
+            longer.Tms.push_back(static_cast<char>('0' + tms));
+            if (reached == to) {
+                return longer.Tms;
+            }
+            if (std::find(longer.States.begin(), longer.States.end(), reached) ==
+                longer.States.end()) {
+                longer.States.push_back(reached);
+                queue.push_back(longer);
+            }
+        }
+    }
+    return {};
+}
+
+TEST(FindTmsPath, AgreesWithTheSearchOverAllPaths) {
+    std::size_t longest = 0;
+    for (std::size_t from = 0; from < TapStateCount; ++from) {
+        for (std::size_t to = 1; to < TapStateCount; ++to) {
+            const auto a = static_cast<TTapState>(from);
+            const auto b = static_cast<TTapState>(to);
+            const std::string path = FindTmsPath(a, b);
+            EXPECT_EQ(path, SearchAllPaths(a, b))
+                << TapStateNames[from] << " to " << TapStateNames[to];
+            longest = std::max(longest, path.size());
+        }
+    }
+    EXPECT_EQ(longest, 8U);
+}
+
+TEST(FindTmsPath, GivesTheKnownWays) {
+    struct Case {
+        TTapState From;
+        TTapState To;
+        const char* Path;
+    };
+    const Case cases[] = {
+        {RESET, IDLE, "0"},           {RESET, IRSHIFT, "01100"},   {IDLE, DRSHIFT, "100"},
+        {IDLE, IRSHIFT, "1100"},      {DRSHIFT, IDLE, "110"},      {IRSHIFT, IDLE, "110"},
+        {DRPAUSE, IDLE, "110"},       {IRPAUSE, DRSHIFT, "11100"}, {IDLE, RESET, "111"},
+        {DRSHIFT, IRSHIFT, "111100"}, {IRSHIFT, DRSHIFT, "11100"}, {DRCAPTURE, IREXIT2, "11110101"},
+        {IRSELECT, IDLE, "10"},       {UNDEFINED, RESET, ""},      {IDLE, UNDEFINED, ""},
+        {UNDEFINED, UNDEFINED, ""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(FindTmsPath(c.From, c.To), c.Path);
+    }
+    EXPECT_EQ(FindTmsPath(static_cast<TTapState>(99), IDLE), "");
+    EXPECT_EQ(FindTmsPath(static_cast<TTapState>(-1), IDLE), "");
+}
+
+TEST(TapSimulator, FollowsTheDiagramAndNeverLeavesUndefined) {
+    TTapSimulator tap;
+    EXPECT_EQ(tap.GetState(), RESET);
+    EXPECT_EQ(tap.Step(1), RESET);
+    for (const char tms : FindTmsPath(RESET, IRPAUSE)) {
+        tap.Step(tms - '0');
+    }
+    EXPECT_EQ(tap.GetState(), IRPAUSE);
+    EXPECT_EQ(tap.Step(2), IREXIT2) << "any TMS but 0 is 1";
+    for (int clock = 0; clock < 5; ++clock) {
+        tap.Step(1);
+    }
+    EXPECT_EQ(tap.GetState(), RESET) << "five clocks with TMS 1 reset from anywhere";
+    tap.SetState(static_cast<TTapState>(17));
+    EXPECT_EQ(tap.Step(0), UNDEFINED);
+    EXPECT_EQ(tap.Step(1), UNDEFINED);
+    tap.Reset();
+    EXPECT_EQ(tap.GetState(), RESET);
+}
+
+} // namespace
+} // namespace vorel
