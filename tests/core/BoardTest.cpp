@@ -12,7 +12,7 @@ struct TBoardRig : TRig {
     TBoardRig() {
         Knowledge.AddPart(sim::TBoardController::DefaultId & 0x0FFFFFFFU, "Lumaplate LP-1", 8);
         sim::TTarget& target = *Pod.Target();
-        Controller = &target.AddBoard().AddController(
+        Controller = &target.Board()->AddController(
             {"controller", sim::TBoardController::DefaultId, 8, BitText(), BitText()});
         AddTap(target.HardChain(), IdA);
         AddTap(target.SoftChain(), IdB);
@@ -23,7 +23,7 @@ struct TBoardRig : TRig {
     }
     unsigned Selection() const { return Pod.Target()->Board()->Selection(); }
 
-    sim::TSimPod& Pod = AddPod();
+    sim::TSimPod& Pod = AddPod("1", true);
     sim::TBoardController* Controller = nullptr;
     IJTagPort& BoardPort = Port(1);
     IJTagBitBus& Bus = *Get<IJTagBitBus*>([&](auto& bus) { return BoardPort.GetSpiChain(bus); });
@@ -90,7 +90,8 @@ TEST(Board, SpiBytesOfThePodAgreeWithTheBitsOnTheBus) {
 
     select(false);
     select(true);
-    std::vector<std::uint8_t> block{0x9F, 0, 0, 0};
+    const std::vector<std::uint8_t> command{0x9F, 0, 0, 0};
+    std::vector<std::uint8_t> block = command;
     rig.Pod.Counters() = {};
     ASSERT_EQ(rig.Bus.SpiExchangeBlock(block.data(), 4), StatusOk);
     EXPECT_EQ(rig.Pod.Counters().Reads, 1U);
@@ -102,7 +103,7 @@ TEST(Board, SpiBytesOfThePodAgreeWithTheBitsOnTheBus) {
     for (const bool single : {false, true}) {
         select(true);
         std::vector<std::uint8_t> id;
-        for (const std::uint8_t sent : {0x9F, 0, 0, 0}) {
+        for (const std::uint8_t sent : command) {
             id.push_back(single ? channel.TJTagChannel::DoSpiExchangeByte(sent)
                                 : channel.DoSpiExchangeByte(sent));
         }

@@ -1,4 +1,5 @@
 #include "core/BitVector.h"
+#include "core/ChainScan.h"
 #include "core/CoreRig.h"
 
 #include <gtest/gtest.h>
@@ -86,13 +87,14 @@ TEST(Channel, ScansReachOneDeviceAndBypassTheOthers) {
     BitText bits;
     ASSERT_EQ(rig.Channel.ScanIrFill(1, 0, bits), StatusOk);
     EXPECT_EQ(bits, "001");
-    // All in BYPASS now: what goes in at device 1 comes back one bit later.
+    // All in BYPASS now. Device 1 gives its own bit, then those that were before it: that of
+    // device 0 and the zero that filled device 2.
     rig.Channel.DoTapMove(TTapState::IDLE, TTapState::DRSHIFT);
     ASSERT_EQ(rig.Channel.ExchangeDrText("1011001", 1, bits), StatusOk);
-    EXPECT_EQ(bits, "0110010");
+    EXPECT_EQ(bits, "1001000");
     rig.Channel.DoTapMove(TTapState::DREXIT1, TTapState::IDLE);
     ASSERT_EQ(rig.Channel.ScanDrFill(1, 9, 1, bits), StatusOk);
-    EXPECT_EQ(bits, "111111110");
+    EXPECT_EQ(bits, "111111000");
 
     rig.Channel.DoRefresh();
     const std::uint64_t clocks = rig.Wires.ClockCount();

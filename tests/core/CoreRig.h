@@ -55,7 +55,7 @@ private:
     }
 };
 
-class TFakeKnowledge : public TEmptyKnowledge {
+class TFakeKnowledge : public IDeviceKnowledge {
 public:
     std::map<std::uint32_t, std::vector<std::string>> Names;
     std::map<std::string, TFakeDriver, std::less<>> Drivers;
@@ -75,6 +75,14 @@ public:
         const auto known = Drivers.find(device);
         return known == Drivers.end() ? nullptr : &known->second;
     }
+    bool JtagIdsMatch(std::uint32_t idA, std::uint32_t idB) override { return idA == idB; }
+    std::vector<std::string> GetVendors() override { return {}; }
+    std::vector<std::string> GetFamiliesForVendor(std::string_view) override { return {}; }
+    std::vector<std::string> GetFamiliesForType(std::string_view) override { return {}; }
+    std::vector<std::string> GetDevicesOfFamily(std::string_view) override { return {}; }
+    std::optional<TDeviceRow> GetDeviceInfo(std::string_view) override { return {}; }
+    IVorelDriver* CreateDriverForDevice(std::string_view) override { return nullptr; }
+    std::vector<IVorelDriver*> GetAllDrivers() override { return {}; }
 };
 
 class TRecordingHost : public TNeutralHost {
@@ -113,12 +121,15 @@ struct TRig {
     TJTagParallelPort_InstalledBoardTypes NoBoards;
     TPortList Ports{Pods, nullptr, NoBoards, Context};
 
-    // A pod with a bare target; the list has to be scanned for it.
-    sim::TSimPod& AddPod(const std::string& serial = "1") {
+    // A pod with a bare target or an empty board; the list has to be scanned for it.
+    sim::TSimPod& AddPod(const std::string& serial = "1", bool board = false) {
         sim::UsbIdentity identity;
         identity.SerialNumber = serial;
-        return Usb.Add(
-            std::make_unique<sim::TSimPod>(identity, std::make_unique<sim::TTarget>()));
+        auto target = std::make_unique<sim::TTarget>();
+        if (board) {
+            target->AddBoard();
+        }
+        return Usb.Add(std::make_unique<sim::TSimPod>(identity, std::move(target)));
     }
     IJTagPort& Port(std::int32_t index) {
         Check(Ports.ScanJTagPorts(), "scanning the ports");

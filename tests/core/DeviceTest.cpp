@@ -14,11 +14,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* PartText = R"(entity PART is
+constexpr const char* PartText = R"bsdl(entity PART is
 generic (PHYSICAL_PIN_MAP : string := "PKG");
 port (A : in bit; B : out bit; C : inout bit; D : out bit; E : in bit;
       TDI, TMS, TCK : in bit; TDO : out bit);
 use STD_1149_1_1994.all;
+attribute PIN_MAP of PART : entity is PHYSICAL_PIN_MAP;
+constant PKG : PIN_MAP_STRING :=
+  "A:1, B:2, C:3, D:4, E:5, TDI:6, TMS:7, TCK:8, TDO:9";
 attribute INSTRUCTION_LENGTH of PART : entity is 6;
 attribute INSTRUCTION_OPCODE of PART : entity is
   "BYPASS (111111)," & "SAMPLE (000010)," & "IDCODE (000001)";
@@ -32,7 +35,7 @@ attribute BOUNDARY_REGISTER of PART : entity is
   "5 (BC_1, D, output3, X, 3, 1, Z)," &
   "6 (BC_1, E, clock, X)";
 end PART;
-)";
+)bsdl";
 
 // A device whose instruction 2 samples its pins, all high.
 class TSampledDevice : public sim::TTapDevice {
