@@ -62,7 +62,7 @@ public:
 
     std::uint32_t GetDriverInfo(TUsbDriverInfo& info) noexcept;
     // The descriptor comes into `buffer`, at most `byteCount` bytes; `byteCount` gives how many
-    // came. Types and recipients are those of the USB specification's GET_DESCRIPTOR request.
+    // came. Types and recipients are those of the USB standard's GET_DESCRIPTOR request.
     std::uint32_t GetDescriptor(void* buffer, std::uint32_t& byteCount, std::uint16_t languageId,
                                 std::uint8_t descriptorIndex, std::uint8_t descriptorType,
                                 std::uint32_t recipient) noexcept;

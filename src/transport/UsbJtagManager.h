@@ -70,7 +70,6 @@ private:
     WideText DescriptorText(std::int32_t deviceIndex, std::size_t indexOffset,
                             TPermitted permitted);
 
-    IUsbServices& Services;
     TVendorReader Vendor;
     std::vector<std::unique_ptr<TUsbPort>> Ports;
     TUsbIoPipe Pipe;
