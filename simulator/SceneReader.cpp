@@ -17,7 +17,8 @@ constexpr const char* DeviceItems =
     "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT or xN";
 
 std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
+    std::string result(1, '"');
+    return result.append(text).append(1, '"');
 }
 
 bool IsDigits(std::string_view text) noexcept {

@@ -56,7 +56,7 @@ public:
 private:
     BitText Scan(std::string_view path, const BitText& bits) {
         Tms(path);
-        const BitText out = Shift(bits, true);
+        BitText out = Shift(bits, true);
         Tms("10");
         return out;
     }
