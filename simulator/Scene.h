@@ -1,0 +1,120 @@
+// A scene: which pods are plugged in and what stands in front of each, read from an ini file.
+//
+// Lines that are empty or begin with ';' or '#' are comments. Names of sections and keys compare
+// without case. A key or section that is not listed here, one that is given twice (except
+// `device`), and a value that does not fit are errors that name the file, the line and what is
+// expected.
+//
+//   [pod]                       each pod begins with a section [pod] or [pod NAME], any NAME
+//   name = Virtual pod          product name, up to 126 characters; default "Virtual pod"
+//   serial = 1                  serial number, the same; default: the pod's number from 1
+//   product = 0100              product id, hexadecimal; default 0100
+//   vendor = 1B8C               vendor id, hexadecimal; any other makes it a device that is no pod
+//   remote = HOST:PORT          the pod drives hardware behind a remote_bitbang server (mode 1,
+//                               select 0); it has no sections of its own then
+//
+// The sections that follow belong to that pod, each at most once:
+//
+//   [board]                     the target has a board around it: its controller chain. Without any
+//                               device line there is one controller "Lumaplate", id 1B8C0B01, ir=8
+//   busy_reads = 0              reads of the multiplexer register that show busy after a write
+//   [hard] [soft]               the hard and the soft chain; a missing section is an empty chain
+//   [spi]                       SPI devices 0, 1, 2 ... of the board, at most 32 (needs [board])
+//
+// Keys of [board], [hard] and [soft]:
+//
+//   device = LABEL id=HEX ir=N  one device, from TDI to TDO in the order of the lines
+//   tdo = FAULT                 a fault on the chain's TDO: open, stuck_low, stuck_high, loop
+//
+// A device line is a list of items separated by blanks or commas; an item in double quotes may hold
+// both. The label comes first. The others, in any order and each at most once:
+//
+//   id=HEX                      the IDCODE, 1 to 8 hexadecimal digits, its lowest bit 1; or
+//                               id=none for a device without an identification register; needed
+//   ir=N                        bits of the instruction register, 1 to 1024; needed (4 or more for
+//                               a board controller)
+//   capture=BITS                what Capture-IR loads, N digits 0 or 1 that end in 01
+//   idcode=BITS                 the instruction IDCODE, N digits 0 or 1
+//   tdo=FAULT                   a fault on the device's own TDO: open (the chain is broken behind
+//                               it), stuck_low, stuck_high, loop
+//   xN                          N such devices one behind another, 1 to 10000
+//
+// A device line of [spi] is a label and id=HEX, the three id bytes (6 digits).
+//
+// Limits: 1 MiB of text, 64 pods, 10,000 devices on the chains of all pods together.
+#pragma once
+
+#include "simulator/Chain.h"
+#include "simulator/SimPod.h"
+#include "support/Errors.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorel::sim {
+
+class TSimUsbServices;
+
+// A scene file that does not fit; the text is "FILE:LINE: what is wrong; what is expected".
+class ESceneError : public EVorelError {
+public:
+    explicit ESceneError(const std::string& text) : EVorelError(StatusBadArgument, text) {}
+};
+
+// `Count` equal devices one behind another.
+struct SceneDevice {
+    TapSettings Settings;
+    WireFault Fault = WireFault::None;
+    std::size_t Count = 1;
+};
+
+struct SceneChain {
+    std::vector<SceneDevice> Devices;
+    WireFault TdoFault = WireFault::None;
+};
+
+struct SceneSpiDevice {
+    std::string Name;
+    std::uint32_t Id = 0;
+};
+
+struct ScenePod {
+    UsbIdentity Identity;
+    std::string Remote; // HOST:PORT; empty for a pod with a virtual target
+    bool HasBoard = false;
+    unsigned BusyReads = 0;
+    SceneChain Board;
+    SceneChain Hard;
+    SceneChain Soft;
+    std::vector<SceneSpiDevice> Spi;
+
+    // Makes the target (board and chains) that the pod describes.
+    std::unique_ptr<TTarget> CreateTarget() const;
+    // Makes the pod with its target. A remote pod connects now: EVorelError names host, port and
+    // the reason when that fails.
+    std::unique_ptr<TSimPod> CreatePod() const;
+};
+
+class TScene final {
+public:
+    static constexpr std::size_t MaxTextSize = 1024 * 1024;
+    static constexpr std::size_t MaxPods = 64;
+    static constexpr std::size_t MaxDevices = TChain::MaxDevices;
+
+    // Reads a file. ESceneError; a file that cannot be read gives one with the reason.
+    static TScene Load(const std::string& path);
+    // Reads a text; `fileName` stands in error texts.
+    static TScene Parse(std::string_view text, const std::string& fileName = "scene");
+
+    // The pods in the order of the file, at least one.
+    std::vector<ScenePod> Pods;
+
+    // USB services with a pod for each of the scene's pods, in order.
+    std::unique_ptr<TSimUsbServices> CreateUsb() const;
+};
+
+} // namespace vorel::sim
