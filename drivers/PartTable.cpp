@@ -87,7 +87,8 @@ void TPartTable::ReadLine(std::string_view line) {
             StandardLists[number] = line;
         }
     } else if (kind == "vendor") {
-        Vendor = line;
+        Vendor = Take(line, '\t');
+        BsdlPattern = Take(line, '\t');
     }
 }
 
@@ -131,13 +132,19 @@ void TPartTable::ReadGrades(std::string_view grades) {
 }
 
 std::string TPartTable::NameOf(const TPartVariant& variant) const {
-    const TPart& part = Parts[variant.Part];
+    return Expand(Families[Parts[variant.Part].Family].NamePattern, variant);
+}
+
+std::string TPartTable::BsdlFileOf(const TPartVariant& variant) const {
+    return Expand(BsdlPattern, variant);
+}
+
+std::string TPartTable::Expand(std::string_view pattern, const TPartVariant& variant) const {
     std::string name;
-    std::string_view pattern = Families[part.Family].NamePattern;
     while (!pattern.empty()) {
         name += Take(pattern, '%');
         if (!pattern.empty()) {
-            name += FieldOf(pattern.front(), part, variant);
+            name += FieldOf(pattern.front(), Parts[variant.Part], variant);
             pattern.remove_prefix(1);
         }
     }

@@ -3,10 +3,10 @@
 //
 // Lines, columns separated by tabs, empty columns not known, "#" in front for a comment:
 //
-//   vendor <name>                           once, first
+//   vendor <name> <BSDL file pattern>       once, first
 //   standards <number> <I/O standards>      a comma list that parts refer to by its number
-//   family <name> <type> <name pattern>     heads the parts of a family; type FPGA, CPLD, PROM, PROC
-//   part <columns>
+//   family <name> <type> <name pattern>     heads the parts of a family; type FPGA, CPLD, PROM,
+//   PROC part <columns>
 //     1 base device           2 package; with "=code" when names have another code for it
 //     3 JTAG id, hexadecimal  4 instruction length
 //     5 pins                  6 user I/O
@@ -18,7 +18,7 @@
 //     16 grades: groups "speeds/temperatures" joined by ";", both sides comma lists
 //     17 number of its list of I/O standards
 //
-// Name patterns: %b base device, %p package code, %l and %n the letters and digits of that code, %s
+// Patterns: %b base device, %p package code, %l and %n the letters and digits of that code, %s
 // speed grade, %t temperature grade, %S speed grade without "Std", %T temperature grade without
 // "C"; all else stands for itself.
 #pragma once
@@ -78,13 +78,17 @@ public:
     const std::vector<TPartVariant>& GetVariants() const noexcept { return Variants; }
     // The name under which a variant is ordered.
     std::string NameOf(const TPartVariant& variant) const;
+    // The name that the maker's BSDL file for the variant's device and package has.
+    std::string BsdlFileOf(const TPartVariant& variant) const;
 
 private:
     void ReadLine(std::string_view line);
     void ReadPart(std::string_view columns);
     void ReadGrades(std::string_view grades);
+    std::string Expand(std::string_view pattern, const TPartVariant& variant) const;
 
     std::string_view Vendor;
+    std::string_view BsdlPattern;
     std::vector<std::string_view> StandardLists; // by number
     std::vector<TPartFamily> Families;
     std::vector<TPart> Parts;

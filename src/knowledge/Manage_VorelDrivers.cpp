@@ -199,7 +199,11 @@ void TVorelDriverManager::CollectFromModule(const TVorelDriverModule& module, st
     }
 }
 
+// An id of 0 says that a part has none, so it leads to no part.
 void TVorelDriverManager::CollectDevices(std::uint32_t idCode, std::vector<std::string>& names) {
+    if (idCode == 0) {
+        return;
+    }
     for (int index = Cache.ModuleCountForId(idCode) - 1; index >= 0; --index) {
         if (const TVorelDriverModule* module =
                 FindOrLoadModule(Cache.ModulePathForId(idCode, index))) {

@@ -60,10 +60,10 @@ TEST(Families, ValuesAreReadByTypeAndLeniently) {
 
 TEST(Families, OpenFamiliesAreReplacedOrClosedByTheEnd) {
     TTempFolder folder;
-    Ref<TDeviceFamilyManager> manager(new TDeviceFamilyManager(folder.Write(
-        "FamilyMappings.txt", "DEVICE_FAMILY=Lost\nValueType=INT|Key=K|Value=5\n"
-                              "DEVICE_FAMILY=zeta\nValueType=INT|Key=K|Value=bad\n"
-                              "END_DEVICE_FAMILY\nDEVICE_FAMILY=Alpha\n")));
+    Ref<TDeviceFamilyManager> manager(new TDeviceFamilyManager(
+        folder.Write("FamilyMappings.txt", "DEVICE_FAMILY=Lost\nValueType=INT|Key=K|Value=5\n"
+                                           "DEVICE_FAMILY=zeta\nValueType=INT|Key=K|Value=bad\n"
+                                           "END_DEVICE_FAMILY\nDEVICE_FAMILY=Alpha\n")));
     std::int32_t count = 0;
     WideText names;
     EXPECT_EQ(manager->GetCount(count), StatusOk);

@@ -30,8 +30,8 @@ TEST_F(SQLite, QuotedValuesAreTextsEvenWhenTheyNameAColumn) {
     Database.ExecSQL("CREATE TABLE t ([Path] VARCHAR (255) COLLATE NOCASE, [b] BLOB)");
     for (const char* value : {"Path", "a\"b", "it's", "[x]", "''\"\"", ""}) {
         Database.ExecSQL("INSERT INTO t(Path) VALUES (" + QuoteText(value) + ")");
-        TSQLiteTable table = Database.GetTable("SELECT Path FROM t WHERE Path = " +
-                                               QuoteText(value));
+        TSQLiteTable table =
+            Database.GetTable("SELECT Path FROM t WHERE Path = " + QuoteText(value));
         ASSERT_EQ(table.RowCount(), 1U) << value;
         EXPECT_EQ(table.FieldAsString("pATH"), value);
     }
@@ -81,11 +81,10 @@ TEST_F(SQLite, ErrorsCarryTheStatementAndTheReason) {
 TEST_F(SQLite, ABusyDatabaseIsTriedAgainAndThenReported) {
     Database.ExecSQL("CREATE TABLE t (i INTEGER)");
     int tries = 0;
-    TSQLiteDatabase other(Folder / "test.db", TSQLiteDatabase::Access::ReadWrite,
-                          [&](int count) {
-                              tries = count + 1;
-                              return tries < 3;
-                          });
+    TSQLiteDatabase other(Folder / "test.db", TSQLiteDatabase::Access::ReadWrite, [&](int count) {
+        tries = count + 1;
+        return tries < 3;
+    });
     Database.ExecSQL("BEGIN EXCLUSIVE");
     EXPECT_THAT(ErrorOf([&] { other.GetTable("SELECT * FROM t"); }), HasSubstr("locked"));
     EXPECT_EQ(tries, 3);
