@@ -1,22 +1,35 @@
 // What stands in for a device that no other module knows. Its instruction length and BSDL file are
-// what the user says about its id.
-#include "drivers/ModuleExports.h"
-#include "drivers/NamedDriver.h"
-
-namespace vorel {
+// what the user says about its id; a length of 0 makes callers ask there.
+#include "drivers/ModuleExport.h"
+#include "vorel/DriverBase.h"
 
 namespace {
 
-constexpr TNamedDevice Generic{u"GenericDevice", u"Generic", u"Device that no driver knows", 0, 0};
+class TGenericDevice final : public vorel::TDriverBase {
+public:
+    vorel::Status GetDeviceName(vorel::WideText& text) noexcept override {
+        return Give(text, u"GenericDevice");
+    }
+    vorel::Status GetDescription(vorel::WideText& text) noexcept override {
+        return Give(text, u"Device that no driver knows");
+    }
+    vorel::Status GetFamily(vorel::WideText& text) noexcept override {
+        return Give(text, u"Generic");
+    }
+    vorel::Status GetVendor(vorel::WideText& text) noexcept override {
+        return Give(text, u"Tarvex");
+    }
+    vorel::Status GetIrLength(std::int32_t& value) noexcept override { return Give(value, 0); }
+};
+
+using TModule = vorel::TDriverModule<TGenericDevice>;
 
 } // namespace
 
-std::int32_t ModuleDriverCount() {
-    return 1;
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriverCount(std::int32_t* count) {
+    return TModule::GetCount(count);
 }
 
-IVorelDriver* MakeModuleDriver(std::size_t) {
-    return new TNamedDriver(Generic);
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriver(std::int32_t index, vorel::IVorelDriver** driver) {
+    return TModule::MakeDriver(index, driver);
 }
-
-} // namespace vorel

@@ -7,16 +7,11 @@ namespace vorel {
 
 namespace {
 
-Status Give(std::string_view source, WideText& text) noexcept {
+Status GiveText(std::string_view source, WideText& text) noexcept {
     return Guard([&] {
         text.clear();
         text = ToWide(source);
     });
-}
-
-Status Give(std::int32_t source, std::int32_t& value) noexcept {
-    value = source;
-    return StatusOk;
 }
 
 } // namespace
@@ -45,31 +40,31 @@ Status TPartDriver::GetDescription(WideText& text) noexcept {
 }
 
 Status TPartDriver::GetFamily(WideText& text) noexcept {
-    return Give(Family().Name, text);
+    return GiveText(Family().Name, text);
 }
 
 Status TPartDriver::GetAttributeText7(WideText& text) noexcept {
-    return Give(Part.Base, text);
+    return GiveText(Part.Base, text);
 }
 
 Status TPartDriver::GetAttributeText10(WideText& text) noexcept {
-    return Give(Part.Base, text);
+    return GiveText(Part.Base, text);
 }
 
 Status TPartDriver::GetAttributeText17(WideText& text) noexcept {
-    return Give(Part.Package, text);
+    return GiveText(Part.Package, text);
 }
 
 Status TPartDriver::GetPackage(WideText& text) noexcept {
-    return Give(Part.Package, text);
+    return GiveText(Part.Package, text);
 }
 
 Status TPartDriver::GetTemperatureGrade(WideText& text) noexcept {
-    return Give(Variant.Temperature, text);
+    return GiveText(Variant.Temperature, text);
 }
 
 Status TPartDriver::GetSpeedGrade(WideText& text) noexcept {
-    return Give(Variant.Speed, text);
+    return GiveText(Variant.Speed, text);
 }
 
 Status TPartDriver::GetBsdlFile(WideText& text) noexcept {
@@ -80,11 +75,11 @@ Status TPartDriver::GetBsdlFile(WideText& text) noexcept {
 }
 
 Status TPartDriver::GetVendor(WideText& text) noexcept {
-    return Give(Table.GetVendor(), text);
+    return GiveText(Table.GetVendor(), text);
 }
 
 Status TPartDriver::GetAttributeText36(WideText& text) noexcept {
-    return Give(Part.Standards, text);
+    return GiveText(Part.Standards, text);
 }
 
 Status TPartDriver::GetDisplayName(WideText& text) noexcept {
@@ -95,47 +90,47 @@ Status TPartDriver::GetDisplayName(WideText& text) noexcept {
 }
 
 Status TPartDriver::GetCapacity(std::int32_t& value) noexcept {
-    return Give(Part.Capacity, value);
+    return Give(value, Part.Capacity);
 }
 
 Status TPartDriver::GetIrLength(std::int32_t& value) noexcept {
-    return Give(Part.IrLength, value);
+    return Give(value, Part.IrLength);
 }
 
 Status TPartDriver::GetPinCount(std::int32_t& value) noexcept {
-    return Give(Part.Pins, value);
+    return Give(value, Part.Pins);
 }
 
 Status TPartDriver::GetIoPinCount(std::int32_t& value) noexcept {
-    return Give(Part.Ios, value);
+    return Give(value, Part.Ios);
 }
 
 Status TPartDriver::GetDspMultipliers(std::int32_t& value) noexcept {
-    return Give(Part.Multipliers, value);
+    return Give(value, Part.Multipliers);
 }
 
 Status TPartDriver::GetClockManagers(std::int32_t& value) noexcept {
-    return Give(Part.ClockManagers, value);
+    return Give(value, Part.ClockManagers);
 }
 
 Status TPartDriver::GetEmbeddedRam(std::int32_t& value) noexcept {
-    return Give(Part.RamKilobits, value);
+    return Give(value, Part.RamKilobits);
 }
 
 Status TPartDriver::GetGlobalClocks(std::int32_t& value) noexcept {
-    return Give(Part.GlobalClocks, value);
+    return Give(value, Part.GlobalClocks);
 }
 
 Status TPartDriver::GetConfigMemory(std::int32_t& value) noexcept {
-    return Give(Part.ConfigBits, value);
+    return Give(value, Part.ConfigBits);
 }
 
 Status TPartDriver::GetDifferentialPairs(std::int32_t& value) noexcept {
-    return Give(Part.DifferentialPairs, value);
+    return Give(value, Part.DifferentialPairs);
 }
 
 Status TPartDriver::GetHighSpeedPairs(std::int32_t& value) noexcept {
-    return Give(Part.HighSpeedPairs, value);
+    return Give(value, Part.HighSpeedPairs);
 }
 
 Status TPartDriver::GetOnChipTermination(Bool32& value) noexcept {

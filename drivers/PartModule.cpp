@@ -1,9 +1,8 @@
 // A driver module of one maker's parts. The table is compiled in, so that a module is whole in one
 // file and the driver cache, which looks at that file alone, sees every change of it.
-#include "drivers/ModuleExports.h"
+#include "drivers/ModuleExport.h"
 #include "drivers/PartDriver.h"
-
-namespace vorel {
+#include "support/Errors.h"
 
 namespace {
 
@@ -11,19 +10,21 @@ constexpr const char* const Lines[] = {
 #include "PartTableLines.inc"
 };
 
-const TPartTable& Table() {
-    static const TPartTable table(Lines);
+const vorel::TPartTable& Table() {
+    static const vorel::TPartTable table(Lines);
     return table;
 }
 
 } // namespace
 
-std::int32_t ModuleDriverCount() {
-    return static_cast<std::int32_t>(Table().GetVariants().size());
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriverCount(std::int32_t* count) {
+    return vorel::Guard([&] { *count = static_cast<std::int32_t>(Table().GetVariants().size()); });
 }
 
-IVorelDriver* MakeModuleDriver(std::size_t index) {
-    return new TPartDriver(Table(), Table().GetVariants()[index]);
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriver(std::int32_t index, vorel::IVorelDriver** driver) {
+    *driver = nullptr;
+    return vorel::Guard([&] {
+        const auto& variant = Table().GetVariants().at(static_cast<std::size_t>(index));
+        *driver = new vorel::TPartDriver(Table(), variant);
+    });
 }
-
-} // namespace vorel

@@ -1,10 +1,12 @@
 // A driver module whose drivers stand in a text beside it, MODULE.VOR.txt, one per line:
 // "name|vendor|family|id|type word". Other lines: "!null" gives no driver, "!fail" fails, "!throw"
 // raises, "!nameless" is a driver that cannot tell its name.
+#include "drivers/ModuleExport.h"
 #include "support/Errors.h"
 #include "support/Text.h"
 #include "vorel/DriverBase.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <fstream>
 #include <sstream>
@@ -32,18 +34,21 @@ public:
     explicit TTestDriver(const std::string& line) : Line(line) {}
 
     Status GetDeviceName(WideText& text) noexcept override {
-        return Line == "!nameless" ? StatusError : Give(0, text);
+        return Line == "!nameless" ? StatusError : GiveField(0, text);
     }
     Status GetDisplayName(WideText& text) noexcept override {
         return Guard([&] { text = u"The " + ToWide(Field(0)); });
     }
-    Status GetVendor(WideText& text) noexcept override { return Give(1, text); }
-    Status GetFamily(WideText& text) noexcept override { return Give(2, text); }
+    Status GetVendor(WideText& text) noexcept override { return GiveField(1, text); }
+    Status GetFamily(WideText& text) noexcept override { return GiveField(2, text); }
     Status GetIdCode(std::uint32_t& id) noexcept override {
         return Guard([&] { id = static_cast<std::uint32_t>(ParseHex(Field(3)).value_or(0)); });
     }
     Status HasAttribute(const WideText& word, Bool32& value) noexcept override {
-        return Guard([&] { value = ToBool32(Field(4).find(ToUtf8(word)) != std::string::npos); });
+        return Guard([&] {
+            const std::vector<std::string> words = SplitCommaText(Field(4));
+            value = ToBool32(std::find(words.begin(), words.end(), ToUtf8(word)) != words.end());
+        });
     }
 
 private:
@@ -56,7 +61,7 @@ private:
         }
         return field;
     }
-    Status Give(int number, WideText& text) const noexcept {
+    Status GiveField(int number, WideText& text) const noexcept {
         return Guard([&] { text = ToWide(Field(number)); });
     }
 
@@ -66,15 +71,12 @@ private:
 } // namespace
 } // namespace vorel
 
-extern "C" {
-
-__attribute__((visibility("default"))) vorel::Status GetVorelDriverCount(std::int32_t* count) {
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriverCount(std::int32_t* count) {
     *count = static_cast<std::int32_t>(vorel::Lines().size());
     return vorel::StatusOk;
 }
 
-__attribute__((visibility("default"))) vorel::Status GetVorelDriver(std::int32_t index,
-                                                                    vorel::IVorelDriver** driver) {
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriver(std::int32_t index, vorel::IVorelDriver** driver) {
     const std::string line = vorel::Lines().at(static_cast<std::size_t>(index));
     *driver = nullptr;
     if (line == "!throw") {
@@ -88,5 +90,3 @@ __attribute__((visibility("default"))) vorel::Status GetVorelDriver(std::int32_t
     }
     return vorel::StatusOk;
 }
-
-} // extern "C"
