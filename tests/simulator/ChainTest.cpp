@@ -89,19 +89,6 @@ TEST(Chain, ShowsItsFaults) {
     EXPECT_THROW(empty.SetWireFault(0, None), EVorelError);
 }
 
-TEST(Chain, IsHeldInResetByTheResetWire) {
-    TChain chain;
-    Fill(chain);
-    TapDriver driver(chain);
-    driver.Tms("0100");
-    chain.SetTrst(true);
-    driver.Tms("0100");
-    EXPECT_EQ(chain.Device(1).State(), TapState::TestLogicReset);
-    chain.SetTrst(false);
-    driver.Tms("0");
-    EXPECT_EQ(chain.Device(1).State(), TapState::RunTestIdle);
-}
-
 TEST(Chain, CarriesAThousandDevices) {
     TChain chain;
     for (std::uint32_t i = 0; i < 1000; ++i) {
@@ -202,13 +189,12 @@ TEST_F(BoardFixture, ReachesTheSelectedSpiDevice) {
     Spi({0x06});
     Spi({0xC7});
     EXPECT_EQ(std::ranges::count(Memory->Contents(), 0xFF), 65536);
+    Board.MultiplexedLines().SetLines(false, false, false);
+    EXPECT_NE(Memory->Tdo(), Level::Released);
+    Driver.BoardRegister(true, 0);
+    EXPECT_EQ(Memory->Tdo(), Level::Released) << "what is no longer connected is deselected";
     EXPECT_THROW(Board.SetSpiDevice(5, nullptr), EVorelError);
     EXPECT_THROW(Board.SetSpiDevice(32, nullptr), EVorelError);
-}
-
-TEST(BoardController, NeedsRoomForItsInstructions) {
-    TTarget target;
-    EXPECT_THROW(target.AddBoard().AddController(Part(1, 3)), EVorelError);
 }
 
 } // namespace

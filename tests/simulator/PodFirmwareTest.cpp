@@ -71,6 +71,8 @@ TEST_F(FirmwareFixture, InterpretsEachItem) {
         const char* Levels; // what TDO gives
         Bytes Answers;
     };
+    const Bytes mixed{0, 0xE1, 0, 0x00, 0, 0xF1, 0, 0xE1};
+    const Bytes unknown{0, 0x60, 0, 0x65, 0, 0xE0, 0, 0xD1, 0, 0x72, 0, 0x80, 0, 0x43};
     for (const Case& c : std::vector<Case>{
              {"identify", {0, 0x00}, "", "", "", {'1', '1'}},
              {"end, wait, session", {0, 0x10, 9, 0x20, 1, 0x50}, "", "", "", {}},
@@ -83,18 +85,8 @@ TEST_F(FirmwareFixture, InterpretsEachItem) {
              {"TDI", {1, 0x71, 0, 0x79}, "d1 ", "d0 ", "", {}},
              {"sample", {1, 0xF1}, "d1 S ", "", "1", {0, 0x80}},
              {"sample, other select", {0, 0xF9}, "", "d0 S ", "0", {0, 0}},
-             {"answers in order",
-              {0, 0xE1, 0, 0x00, 0, 0xF1, 0, 0xE1},
-              "C00 d0 S C00 ",
-              "",
-              "101",
-              {0, 0x80, '1', '1', 0, 0, 0, 0x80}},
-             {"no such items",
-              {0, 0x60, 0, 0x65, 0, 0xE0, 0, 0xD1, 0, 0x72, 0, 0x80, 0, 0x43},
-              "",
-              "",
-              "",
-              {}}}) {
+             {"in order", mixed, "C00 d0 S C00 ", "", "101", {0, 0x80, '1', '1', 0, 0, 0, 0x80}},
+             {"no such items", unknown, "", "", "", {}}}) {
         for (int select = 0; select < 2; ++select) {
             Lines[0][select].Log.clear();
             Lines[0][select].Levels = c.Levels;
@@ -187,6 +179,12 @@ TEST(Pod, ConnectsItsLinesByModeAndSelect) {
         EXPECT_EQ(ReadId(firmware, 0, 1), hasBoard ? 0x11111111 : 0xFFFFFFFF);
         EXPECT_EQ(ReadId(firmware, 1, 0), 0x11111111U);
         EXPECT_EQ(ReadId(firmware, 1, 1), 0x22222221U);
+        // TDO follows TDI within the clock in which it is sampled.
+        pod.Target()->HardChain().SetTdoFault(WireFault::Loop);
+        Bytes looped(2);
+        EXPECT_TRUE(firmware.Write(Bytes{1, 0x55, 0x44, 0xE4}.data(), 4));
+        firmware.Read(looped.data(), 2);
+        EXPECT_EQ(looped[1], 0xA0);
         if (hasBoard) {
             TapDriver board(pod.Target()->Board()->ControllerChain());
             board.ResetToIdle();

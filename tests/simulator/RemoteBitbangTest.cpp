@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sys/socket.h>
 #include <thread>
 
@@ -105,7 +106,7 @@ TEST_F(ServerFixture, KeepsAnswersBoundedForAClientThatDoesNotRead) {
         sent += client.Send(block.data(), block.size(), count) == TSocket::Result::Done ? count : 0;
         Server.Poll(0);
     }
-    EXPECT_LT(sent, 1000 * block.size()) << "the server goes on reading";
+    EXPECT_EQ(count, 0U) << "the server goes on reading";
     std::string answer(1 << 20, '\0');
     std::size_t received = 0;
     for (int i = 0; i < 100000 && received < sent; ++i) {
@@ -165,17 +166,13 @@ TEST(RemoteBitbangLines, SayWhyTheyCannotConnect) {
     std::uint16_t unused = 0;
     { unused = TSocket::Listen(0).LocalPort(); }
     const std::string closed = "127.0.0.1:" + std::to_string(unused);
-    for (const auto& [address, error] : std::vector<std::pair<std::string, std::string>>{
-             {closed, closed + ": Connection refused"},
-             {"127.0.0.1", "HOST:PORT is expected"},
-             {"127.0.0.1:65536", "PORT from 1 to 65535"},
-             {":1", "HOST:PORT is expected"}}) {
-        try {
-            TRemoteBitbangLines::Connect(address);
-            ADD_FAILURE() << address;
-        } catch (const EVorelError& failure) {
-            EXPECT_THAT(failure.what(), HasSubstr(error));
-        }
+    for (const auto& [address, error] :
+         std::map<std::string, std::string>{{closed, closed + ": Connection refused"},
+                                            {"127.0.0.1", "HOST:PORT is expected"},
+                                            {"127.0.0.1:65536", "PORT from 1 to 65535"},
+                                            {":1", "HOST:PORT is expected"}}) {
+        EXPECT_THAT([&a = address] { TRemoteBitbangLines::Connect(a); },
+                    testing::ThrowsMessage<EVorelError>(HasSubstr(error)));
     }
 }
 

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstring>
+#include <map>
+#include <string>
 
 namespace vorel::sim {
 namespace {
@@ -201,46 +203,31 @@ TEST_F(UsbFixture, ShowsItsFaults) {
     using Effect = UsbFault::Effect;
     constexpr UsbTransfer R = UsbTransfer::Read;
     constexpr UsbTransfer W = UsbTransfer::Write;
+    // Results and answers of three rounds of write and read; each round asks for identity ("11")
+    // and one sample (a zero byte and 0x80, shown as "s").
     struct Case {
         const char* Name;
         UsbFault Fault;
-        std::array<std::uint32_t, 3> Writes; // results of three rounds of write and read
-        std::array<std::uint32_t, 3> Reads;
-        Bytes Answers; // all that was read
+        const char* Writes; // '.' success, 'F' DeviceFailed, 'A' Aborted, 'G' DeviceRemoved
+        const char* Reads;
+        const char* Answers;
     };
-    constexpr std::uint32_t Failed = UsbError::DeviceFailed;
-    constexpr std::uint32_t Gone = UsbError::DeviceRemoved;
-    constexpr std::uint32_t Aborted = UsbError::Aborted;
-    const Bytes all{'1', '1', 0, 0x80, '1', '1', 0, 0x80, '1', '1', 0, 0x80};
-    const Bytes two(all.begin(), all.begin() + 8);
-    const Bytes one(all.begin(), all.begin() + 4);
-    for (const Case& c : std::vector<Case>{
-             {"none", {Effect::Fail, W, 9}, {0, 0, 0}, {0, 0, 0}, all},
-             {"write fails", {Effect::Fail, W, 2}, {0, Failed, 0}, {0, Aborted, 0}, two},
-             {"writes fail",
-              {Effect::Fail, W, 2, true, UsbError::TimedOut},
-              {0, UsbError::TimedOut, UsbError::TimedOut},
-              {0, Aborted, Aborted},
-              one},
-             {"write hangs", {Effect::TimeOut, W, 3}, {0, 0, Aborted}, {0, 0, Aborted}, two},
-             {"half a write",
-              {Effect::Short, W, 1, false, 2},
-              {0, 0, 0},
-              {0, 0, 0},
-              {'1', '1', '1', '1', 0, 0x80, '1', '1', 0, 0x80}},
-             {"read fails", {Effect::Fail, R, 1, false, 5}, {0, 0, 0}, {5, 0, 0}, all},
-             {"read hangs",
-              {Effect::TimeOut, R, 1, true},
-              {0, 0, 0},
-              {Aborted, Aborted, Aborted},
-              {}},
-             {"answer in pieces", {Effect::Short, R, 1, false, 3}, {0, 0, 0}, {0, 0, 0}, all},
-             {"answer lost",
-              {Effect::Drop, R, 1, false, 2},
-              {0, 0, 0},
-              {0, 0, 0},
-              {'1', '1', '1', '1', 0, 0x80, '1', '1', 0, 0x80}},
-             {"pulled out", {Effect::Unplug, R, 2}, {0, 0, Gone}, {0, Gone, Gone}, one}}) {
+    const std::map<std::uint32_t, char> letters{{0, '.'},
+                                                {UsbError::DeviceFailed, 'F'},
+                                                {UsbError::Aborted, 'A'},
+                                                {UsbError::AccessDenied, '5'},
+                                                {UsbError::DeviceRemoved, 'G'}};
+    for (const Case& c :
+         {Case{"none", {Effect::Fail, W, 9}, "...", "...", "11s11s11s"},
+          {"write fails", {Effect::Fail, W, 2}, ".F.", ".A.", "11s11s"},
+          {"writes fail", {Effect::Fail, W, 2, true, 5}, ".55", ".AA", "11s"},
+          {"write hangs", {Effect::TimeOut, W, 3}, "..A", "..A", "11s11s"},
+          {"half a write", {Effect::Short, W, 1, false, 2}, "...", "...", "1111s11s"},
+          {"read fails", {Effect::Fail, R, 1, false, 5}, "...", "5..", "11s11s11s"},
+          {"reads hang", {Effect::TimeOut, R, 1, true}, "...", "AAA", ""},
+          {"answer in pieces", {Effect::Short, R, 1, false, 3}, "...", "...", "11s11s11s"},
+          {"answer lost", {Effect::Drop, R, 1, false, 2}, "...", "...", "1111s11s"},
+          {"pulled out", {Effect::Unplug, R, 2}, "..G", ".GG", "11s"}}) {
         TSimPod& pod = Usb.Pod(0);
         pod.Plug();
         pod.Faults().Clear();
@@ -249,13 +236,19 @@ TEST_F(UsbFixture, ShowsItsFaults) {
         Configure();
         pod.Counters() = {};
         pod.Faults().Add(c.Fault);
-        Bytes answers;
-        for (std::size_t round = 0; round < 3; ++round) {
-            EXPECT_EQ(Write({0, 0x00, 0, 0xF1}).Result, c.Writes[round]) << c.Name << round;
+        std::string writes;
+        std::string reads;
+        std::string answers;
+        for (int round = 0; round < 3; ++round) {
+            writes += letters.at(Write({0, 0x00, 0, 0xF1}).Result);
             const Outcome read = Read(512);
-            EXPECT_EQ(read.Result, c.Reads[round]) << c.Name << round;
-            answers.insert(answers.end(), read.Data.begin(), read.Data.end());
+            reads += letters.at(read.Result);
+            for (const std::uint8_t byte : read.Data) {
+                answers.append(byte == 0 ? 0 : 1, byte == 0x80 ? 's' : static_cast<char>(byte));
+            }
         }
+        EXPECT_EQ(writes, c.Writes) << c.Name;
+        EXPECT_EQ(reads, c.Reads) << c.Name;
         EXPECT_EQ(answers, c.Answers) << c.Name;
         Usb.CloseDevice(Device);
     }

@@ -1,5 +1,5 @@
-#include "simulator/TapDevice.h"
 #include "TapDriver.h"
+#include "simulator/Chain.h"
 #include "support/Errors.h"
 
 #include <gtest/gtest.h>
@@ -97,23 +97,6 @@ TEST(TapDevice, SamplesAtTheRisingEdgeAndDrivesAtTheFallingEdge) {
     EXPECT_EQ(tap.ClockCount(), 6U);
 }
 
-class OneTap : public IWireTarget {
-public:
-    explicit OneTap(TTapDevice& tap) : Tap(tap) {}
-    void SetLines(bool tck, bool tms, bool tdi) override {
-        if (tck != Tck) {
-            tck ? Tap.Rise(tms, tdi) : Tap.Fall();
-        }
-        Tck = tck;
-    }
-    Level Tdo() const override { return Tap.Tdo(); }
-    void SetTrst(bool) override { Tap.Reset(); }
-
-private:
-    TTapDevice& Tap;
-    bool Tck = false;
-};
-
 // A device with a 5-bit register of its own at instruction 1010.
 class PortDevice : public TTapDevice {
 public:
@@ -138,9 +121,9 @@ protected:
 };
 
 TEST(TapDevice, LetsADerivedDeviceAddRegisters) {
-    PortDevice tap;
-    OneTap wires(tap);
-    TapDriver driver(wires);
+    TChain chain;
+    auto& tap = static_cast<PortDevice&>(chain.Add(std::make_unique<PortDevice>()));
+    TapDriver driver(chain);
     driver.Tms("0");
     EXPECT_EQ(driver.Ir("1010"), "0101");
     EXPECT_EQ(driver.Dr("10110"), "00111");
@@ -175,9 +158,9 @@ TEST(TapDevice, SelectsIdcodeOrBypassAfterReset) {
           {Part(0x1140D093, 1), "1", "0", "11111111" + id},
           {Part(std::nullopt, 70), BitText(69, '0') + "1", BitText(70, '1'),
            BitText(39, '1') + "0"}}) {
-        TTapDevice tap(c.Settings);
-        OneTap wires(tap);
-        TapDriver driver(wires);
+        TChain chain;
+        const TTapDevice& tap = chain.Add(std::make_unique<TTapDevice>(c.Settings));
+        TapDriver driver(chain);
         driver.Tms("0");
         EXPECT_EQ(tap.Instruction(), c.Instruction);
         EXPECT_EQ(driver.Dr(BitText(40, '1')), c.Dr);
@@ -188,7 +171,7 @@ TEST(TapDevice, SelectsIdcodeOrBypassAfterReset) {
         EXPECT_EQ(tap.Instruction(), c.Instruction);
         EXPECT_EQ(driver.Dr(BitText(40, '1')), c.Dr);
         driver.Ir(BitText(c.Capture.size(), '1'));
-        wires.SetTrst(true);
+        chain.SetTrst(true);
         EXPECT_EQ(tap.State(), TapState::TestLogicReset);
         EXPECT_EQ(tap.Instruction(), c.Instruction);
     }
@@ -203,18 +186,6 @@ TEST(TapDevice, RefusesSettingsThatNoDeviceHas) {
                                         {"x", 1, 4, {}, "11"}}) {
         EXPECT_THROW(TTapDevice{settings}, EVorelError);
     }
-}
-
-TEST(BitRegister, ShiftsAnyLengthAndKeepsTheOrder) {
-    TBitRegister bits(70);
-    bits.Load(BitText(69, '0') + "1");
-    EXPECT_TRUE(bits.Out());
-    bits.Shift(true);
-    EXPECT_FALSE(bits.Out());
-    EXPECT_EQ(bits.Text(), "1" + BitText(69, '0'));
-    EXPECT_THROW(bits.Load("01"), EVorelError);
-    EXPECT_THROW(TBitRegister(0), EVorelError);
-    EXPECT_THROW(TWordRegister(65), EVorelError);
 }
 
 } // namespace
