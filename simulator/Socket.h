@@ -43,7 +43,7 @@ public:
     bool Wait(bool toRead, bool toSend, int timeoutMs) const;
 
 private:
-    Result Failure(long result, std::size_t& count) noexcept;
+    Result Conclude(long result, std::size_t& count) noexcept;
 
     int Descriptor = -1;
     std::string ReasonText;

@@ -1,0 +1,333 @@
+#include "simulator/SceneReader.h"
+
+#include "support/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace vorel::sim {
+
+namespace {
+
+constexpr std::size_t MaxNameUnits = 126;
+constexpr unsigned MaxBusyReads = 1'000'000;
+constexpr const char* FaultNames = "open, stuck_low, stuck_high or loop";
+constexpr const char* DeviceItems =
+    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT or xN";
+
+std::string Quoted(std::string_view text) {
+    std::string result(1, '"');
+    return result.append(text).append(1, '"');
+}
+
+bool IsDigits(std::string_view text) noexcept {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// "x40" in its number part; nothing for other items.
+std::string_view RepeatOf(std::string_view item) noexcept {
+    const bool repeat = item.size() > 1 && (item[0] == 'x' || item[0] == 'X');
+    return repeat && IsDigits(item.substr(1)) ? item.substr(1) : std::string_view();
+}
+
+} // namespace
+
+void TSceneReader::Fail(std::size_t line, const std::string& text) const {
+    throw ESceneError(FileName + ":" + std::to_string(line) + ": " + text);
+}
+
+std::vector<ScenePod> TSceneReader::Read(std::string_view text) {
+    const TIniFile ini(text);
+    const std::vector<std::size_t> foreign = ini.ForeignLines();
+    if (!foreign.empty()) {
+        Fail(foreign.front(), "a line \"[section]\", \"key = value\" or a comment is expected");
+    }
+    for (const TIniFile::Section& section : ini.Sections()) {
+        ReadSection(section);
+    }
+    if (Pods.empty()) {
+        Fail(1, "the scene has no pod; a section [pod] is expected");
+    }
+    FinishPod();
+    return std::move(Pods);
+}
+
+void TSceneReader::ReadSection(const TIniFile::Section& section) {
+    const std::string kind = LowerCase(section.Name.substr(0, section.Name.find(' ')));
+    if (kind == "pod") {
+        BeginPod(section);
+        return;
+    }
+    static constexpr std::array<const char*, 4> Kinds{"board", "hard", "soft", "spi"};
+    const std::string name = LowerCase(section.Name);
+    if (std::find(Kinds.begin(), Kinds.end(), name) == Kinds.end()) {
+        Fail(section.Line, section.Name.empty()
+                               ? "a section [pod] is expected before the first key"
+                               : "unknown section [" + section.Name +
+                                     "]; pod, board, hard, soft or spi is expected");
+    }
+    if (Pods.empty()) {
+        Fail(section.Line, "a section [pod] is expected before [" + section.Name + "]");
+    }
+    if (!SectionsOfPod.insert(name).second) {
+        Fail(section.Line, "the pod has a section [" + section.Name + "] already");
+    }
+    ScenePod& pod = Pods.back();
+    if (!pod.Remote.empty() || pod.Identity.Vendor != UsbIdentity{}.Vendor) {
+        Fail(section.Line, "only a pod with neither \"remote\" nor a foreign \"vendor\" has "
+                           "sections of its own");
+    }
+    if (name == "board") {
+        pod.HasBoard = true;
+        Chain = &pod.Board;
+        ChainIsBoard = true;
+        ReadKeys(section, &TSceneReader::ReadBoardKey, "device, tdo or busy_reads");
+    } else if (name == "spi") {
+        ReadKeys(section, &TSceneReader::ReadSpiKey, "device");
+    } else {
+        Chain = name == "hard" ? &pod.Hard : &pod.Soft;
+        ChainIsBoard = false;
+        ReadKeys(section, &TSceneReader::ReadChainKey, "device or tdo");
+    }
+}
+
+void TSceneReader::BeginPod(const TIniFile::Section& section) {
+    if (!Pods.empty()) {
+        FinishPod();
+    }
+    if (Pods.size() >= TScene::MaxPods) {
+        Fail(section.Line, "a scene has at most " + std::to_string(TScene::MaxPods) + " pods");
+    }
+    Pods.emplace_back();
+    Pods.back().Identity.SerialNumber = std::to_string(Pods.size());
+    SectionsOfPod.clear();
+    ReadKeys(section, &TSceneReader::ReadPodKey, "name, serial, product, vendor or remote");
+}
+
+void TSceneReader::ReadKeys(const TIniFile::Section& section, KeyReader reader, const char* keys) {
+    std::set<std::string> seen;
+    for (const Entry& entry : section.Entries) {
+        const std::string key = LowerCase(entry.Key);
+        if (key != "device" && !seen.insert(key).second) {
+            Fail(entry.Line, "the key " + Quoted(entry.Key) + " is given twice");
+        }
+        if (!(this->*reader)(entry)) {
+            Fail(entry.Line, "unknown key " + Quoted(entry.Key) + " in [" + section.Name + "]; " +
+                                 keys + " is expected");
+        }
+    }
+}
+
+// A board without a device line has the one controller that boards have.
+void TSceneReader::FinishPod() {
+    ScenePod& pod = Pods.back();
+    if (!pod.HasBoard && !pod.Spi.empty()) {
+        Fail(SpiLine, "the pod has SPI devices; they need a section [board]");
+    }
+    if (pod.HasBoard && pod.Board.Devices.empty()) {
+        SceneDevice controller;
+        controller.Settings.Name = "Lumaplate";
+        controller.Settings.Id = TBoardController::DefaultId;
+        controller.Settings.IrLength = TBoardController::DefaultIrLength;
+        pod.Board.Devices.push_back(std::move(controller));
+    }
+}
+
+bool TSceneReader::ReadPodKey(const Entry& entry) {
+    UsbIdentity& identity = Pods.back().Identity;
+    const std::string key = LowerCase(entry.Key);
+    if (key == "name" || key == "serial") {
+        if (entry.Value.empty() || ToWide(entry.Value).size() > MaxNameUnits) {
+            Fail(entry.Line, Quoted(entry.Key) + " has to have 1 to 126 characters");
+        }
+        (key == "name" ? identity.ProductName : identity.SerialNumber) = entry.Value;
+    } else if (key == "product" || key == "vendor") {
+        const auto id = static_cast<std::uint16_t>(
+            ReadHex(entry.Value, 0xFFFF, "a USB id of 1 to 4 hexadecimal digits", entry.Line));
+        (key == "product" ? identity.Product : identity.Vendor) = id;
+    } else if (key == "remote") {
+        const std::size_t colon = entry.Value.rfind(':');
+        if (colon == std::string::npos || colon == 0) {
+            Fail(entry.Line, "HOST:PORT is expected, not " + Quoted(entry.Value));
+        }
+        ReadNumber(entry.Value.substr(colon + 1), 1, 65535, "a port", entry.Line);
+        Pods.back().Remote = entry.Value;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool TSceneReader::ReadBoardKey(const Entry& entry) {
+    if (SameText(entry.Key, "busy_reads")) {
+        Pods.back().BusyReads = static_cast<unsigned>(
+            ReadNumber(entry.Value, 0, MaxBusyReads, "a number of reads", entry.Line));
+        return true;
+    }
+    return ReadChainKey(entry);
+}
+
+bool TSceneReader::ReadChainKey(const Entry& entry) {
+    if (SameText(entry.Key, "tdo")) {
+        Chain->TdoFault = ReadFault(entry.Value, entry.Line);
+        return true;
+    }
+    if (!SameText(entry.Key, "device")) {
+        return false;
+    }
+    SceneDevice device = ReadDevice(entry, ChainIsBoard);
+    DeviceCount += device.Count;
+    if (DeviceCount > TScene::MaxDevices) {
+        Fail(entry.Line, "a scene has at most " + std::to_string(TScene::MaxDevices) + " devices");
+    }
+    Chain->Devices.push_back(std::move(device));
+    return true;
+}
+
+bool TSceneReader::ReadSpiKey(const Entry& entry) {
+    if (!SameText(entry.Key, "device")) {
+        return false;
+    }
+    const std::vector<std::string> items = ItemsOf(entry);
+    std::string key;
+    std::string value;
+    if (items.size() == 2) {
+        SplitItem(items[1], key, value, entry.Line);
+    }
+    if (key != "id") {
+        Fail(entry.Line, "a label and id=HEX are expected for an SPI device");
+    }
+    SpiLine = entry.Line;
+    std::vector<SceneSpiDevice>& devices = Pods.back().Spi;
+    if (devices.size() >= TBoard::MaxSpiDevices) {
+        Fail(entry.Line, "a board has at most 32 SPI devices");
+    }
+    devices.push_back(
+        {items[0], static_cast<std::uint32_t>(ReadHex(
+                       value, 0xFFFFFF, "an id of 1 to 6 hexadecimal digits", entry.Line))});
+    return true;
+}
+
+SceneDevice TSceneReader::ReadDevice(const Entry& entry, bool isController) {
+    const std::vector<std::string> items = ItemsOf(entry);
+    SceneDevice device;
+    device.Settings.Name = items[0];
+    device.Settings.IrLength = 0;
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        ReadDeviceItem(device, items[i], entry.Line);
+    }
+    if (!ItemsOfDevice.contains("id") || !ItemsOfDevice.contains("ir")) {
+        Fail(entry.Line, "device " + Quoted(items[0]) + " needs id=HEX or id=none, and ir=N");
+    }
+    CheckDevice(device, isController, entry.Line);
+    return device;
+}
+
+// The items of a device line, the label first.
+std::vector<std::string> TSceneReader::ItemsOf(const Entry& entry) {
+    ItemsOfDevice.clear();
+    std::vector<std::string> items = SplitCommaText(entry.Value);
+    if (std::any_of(items.begin(), items.end(), [](const auto& item) { return item.empty(); })) {
+        Fail(entry.Line, "an item is empty; one comma or blanks between two items are expected");
+    }
+    if (items.empty() || items[0].find('=') != std::string::npos) {
+        Fail(entry.Line, "a label is expected as the first item of a device");
+    }
+    return items;
+}
+
+void TSceneReader::SplitItem(std::string_view item, std::string& key, std::string& value,
+                             std::size_t line) {
+    const std::size_t equals = item.find('=');
+    key = LowerCase(item.substr(0, equals));
+    value = equals == std::string_view::npos ? std::string() : std::string(item.substr(equals + 1));
+    if (!ItemsOfDevice.insert(key).second) {
+        Fail(line, Quoted(key) + " is given twice for one device");
+    }
+}
+
+void TSceneReader::ReadDeviceItem(SceneDevice& device, std::string_view item, std::size_t line) {
+    TapSettings& settings = device.Settings;
+    if (const std::string_view repeat = RepeatOf(item); !repeat.empty()) {
+        device.Count = ReadNumber(repeat, 1, TScene::MaxDevices, "a number of devices", line);
+        return;
+    }
+    std::string key;
+    std::string value;
+    SplitItem(item, key, value, line);
+    if (key == "id") {
+        if (!SameText(value, "none")) {
+            settings.Id = static_cast<std::uint32_t>(ReadHex(
+                value, 0xFFFFFFFF, "an IDCODE of 1 to 8 hexadecimal digits, or none", line));
+        }
+    } else if (key == "ir") {
+        settings.IrLength = static_cast<unsigned>(
+            ReadNumber(value, 1, TTapDevice::MaxIrLength, "an instruction register length", line));
+    } else if (key == "capture") {
+        settings.IrCapture = value;
+    } else if (key == "idcode") {
+        settings.IdcodeInstruction = value;
+    } else if (key == "tdo") {
+        device.Fault = ReadFault(value, line);
+    } else {
+        Fail(line,
+             "unknown item " + Quoted(item) + " of a device; " + DeviceItems + " is expected");
+    }
+}
+
+// The device itself knows what it accepts, so one is made for trial.
+void TSceneReader::CheckDevice(const SceneDevice& device, bool isController,
+                               std::size_t line) const {
+    if (device.Settings.Id && (*device.Settings.Id & 1) == 0) {
+        Fail(line, "the id of device " + Quoted(device.Settings.Name) +
+                       " ends in a 0 bit; the lowest bit of an IDCODE is 1");
+    }
+    try {
+        if (isController) {
+            TBoardController(device.Settings, {});
+        } else {
+            TTapDevice trial(device.Settings);
+        }
+    } catch (const EVorelError& error) {
+        Fail(line, error.what());
+    }
+}
+
+WireFault TSceneReader::ReadFault(std::string_view text, std::size_t line) const {
+    static constexpr std::array<std::pair<const char*, WireFault>, 4> Faults{
+        {{"open", WireFault::Open},
+         {"stuck_low", WireFault::StuckLow},
+         {"stuck_high", WireFault::StuckHigh},
+         {"loop", WireFault::Loop}}};
+    for (const auto& [name, fault] : Faults) {
+        if (SameText(name, text)) {
+            return fault;
+        }
+    }
+    Fail(line, "unknown fault " + Quoted(text) + "; " + FaultNames + " is expected");
+}
+
+std::uint64_t TSceneReader::ReadHex(std::string_view text, std::uint64_t largest, const char* what,
+                                    std::size_t line) const {
+    const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+    const auto value = digits ? ParseHex(text) : std::nullopt;
+    if (!value || *value > largest) {
+        Fail(line, std::string(what) + " is expected, not " + Quoted(text));
+    }
+    return *value;
+}
+
+std::size_t TSceneReader::ReadNumber(std::string_view text, std::size_t smallest,
+                                     std::size_t largest, const char* what,
+                                     std::size_t line) const {
+    const auto value = IsDigits(text) ? ParseDecimal(text) : std::nullopt;
+    if (!value || static_cast<std::size_t>(*value) < smallest ||
+        static_cast<std::size_t>(*value) > largest) {
+        Fail(line, std::string(what) + " from " + std::to_string(smallest) + " to " +
+                       std::to_string(largest) + " is expected, not " + Quoted(text));
+    }
+    return static_cast<std::size_t>(*value);
+}
+
+} // namespace vorel::sim

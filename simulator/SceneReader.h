@@ -1,0 +1,61 @@
+// Reads scene files; TScene::Parse is the way to use it. The format stands in Scene.h.
+#pragma once
+
+#include "simulator/Scene.h"
+#include "support/IniFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorel::sim {
+
+class TSceneReader final {
+public:
+    explicit TSceneReader(std::string fileName) : FileName(std::move(fileName)) {}
+
+    // The pods of a scene; ESceneError.
+    std::vector<ScenePod> Read(std::string_view text);
+
+private:
+    using Entry = TIniFile::Entry;
+    // Takes a key other than `device`; false when the section has no such key.
+    using KeyReader = bool (TSceneReader::*)(const Entry& entry);
+
+    [[noreturn]] void Fail(std::size_t line, const std::string& text) const;
+
+    void ReadSection(const TIniFile::Section& section);
+    void BeginPod(const TIniFile::Section& section);
+    void ReadKeys(const TIniFile::Section& section, KeyReader reader, const char* keys);
+    void FinishPod();
+
+    bool ReadPodKey(const Entry& entry);
+    bool ReadBoardKey(const Entry& entry);
+    bool ReadChainKey(const Entry& entry);
+    bool ReadSpiKey(const Entry& entry);
+
+    SceneDevice ReadDevice(const Entry& entry, bool isController);
+    void ReadDeviceItem(SceneDevice& device, std::string_view item, std::size_t line);
+    void CheckDevice(const SceneDevice& device, bool isController, std::size_t line) const;
+    std::vector<std::string> ItemsOf(const Entry& entry);
+    void SplitItem(std::string_view item, std::string& key, std::string& value, std::size_t line);
+    WireFault ReadFault(std::string_view text, std::size_t line) const;
+    std::uint64_t ReadHex(std::string_view text, std::uint64_t largest, const char* what,
+                          std::size_t line) const;
+    std::size_t ReadNumber(std::string_view text, std::size_t smallest, std::size_t largest,
+                           const char* what, std::size_t line) const;
+
+    std::string FileName;
+    std::vector<ScenePod> Pods;
+    std::size_t DeviceCount = 0;
+    std::size_t SpiLine = 0;             // of the latest SPI device
+    std::set<std::string> SectionsOfPod; // lower case
+    std::set<std::string> ItemsOfDevice; // lower case
+    SceneChain* Chain = nullptr;         // of the section that is being read
+    bool ChainIsBoard = false;
+};
+
+} // namespace vorel::sim
