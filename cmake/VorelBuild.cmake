@@ -77,3 +77,38 @@ function(vorel_fuzzer name)
     target_link_libraries(${name} PRIVATE vorel-options ${arg_DEPENDS})
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
 endfunction()
+
+# vorel_copy(folder FILE ...): files of an installation, below the folder of that name in the build
+# folder's installation. A copy is renewed when its source changes.
+function(vorel_copy folder)
+    set(copies)
+    foreach(file IN LISTS ARGN)
+        set(copy ${VOREL_TREE}/${folder}/${file})
+        add_custom_command(OUTPUT ${copy}
+            COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_SOURCE_DIR}/${file} ${copy}
+            DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        list(APPEND copies ${copy})
+        get_filename_component(subfolder ${file} DIRECTORY)
+        install(FILES ${file} DESTINATION ${VOREL_INSTALL_ROOT}/${folder}/${subfolder})
+    endforeach()
+    add_custom_target(vorel-${folder} ALL DEPENDS ${copies})
+endfunction()
+
+# vorel_driver(name SOURCES ...): a driver module NAME.VOR beside the library. It exports its two
+# entry points and nothing else, and can be unloaded.
+function(vorel_driver name)
+    cmake_parse_arguments(arg "" "DIRECTORY" "SOURCES;DEPENDS" ${ARGN})
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE vorel-options ${arg_DEPENDS})
+    target_link_options(${name} PRIVATE
+        -Wl,--version-script=${PROJECT_SOURCE_DIR}/drivers/Module.map)
+    set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".VOR"
+        LINK_DEPENDS ${PROJECT_SOURCE_DIR}/drivers/Module.map)
+    if(arg_DIRECTORY)
+        set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${arg_DIRECTORY})
+    else()
+        set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${VOREL_SYSTEM_DIR})
+        install(TARGETS ${name} LIBRARY DESTINATION ${VOREL_INSTALL_ROOT}/System)
+        set_property(GLOBAL APPEND PROPERTY VOREL_DRIVERS ${name})
+    endif()
+endfunction()

@@ -1,0 +1,35 @@
+// The hardware that a host program works on: the virtual one of a scene, the machine's own pods, or
+// a remote_bitbang server behind a pod of its own.
+#pragma once
+
+#include "vorel/UsbServices.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vorel::host {
+
+class IHardware {
+public:
+    IHardware() = default;
+    IHardware(const IHardware&) = delete;
+    IHardware& operator=(const IHardware&) = delete;
+    virtual ~IHardware() = default;
+
+    // Owned by the hardware; has to stay until the library is unloaded.
+    virtual IUsbServices& Usb() noexcept = 0;
+    // For people: "scene default.ini (virtual hardware)".
+    virtual std::string Describe() const = 0;
+    // What a user should know besides the ports: pods that may not be opened, a connection that was
+    // lost. Asked after the work.
+    virtual std::vector<std::string> Notes() const { return {}; }
+};
+
+// Each raises EVorelError whose text says what was tried.
+std::unique_ptr<IHardware> OpenScene(const std::filesystem::path& file);
+std::unique_ptr<IHardware> OpenBitbang(const std::string& address); // HOST:PORT
+std::unique_ptr<IHardware> OpenMachine();
+
+} // namespace vorel::host
