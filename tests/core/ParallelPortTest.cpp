@@ -75,6 +75,7 @@ constexpr const char* SecondWires = "Mask_TDI=8\nMask_TCK=10\nMask_TMS=20\nMask_
 struct ParallelPort : ::testing::Test {
     ParallelPort() {
         fs::create_directories(Folder);
+        Knowledge.AddPart(sim::TBoardController::DefaultId & 0x0FFFFFFFU, "Lumaplate", 8);
         Target.AddBoard().AddController(
             {"controller", sim::TBoardController::DefaultId, 8, BitText(), BitText()});
         AddTap(Target.HardChain(), IdA);
