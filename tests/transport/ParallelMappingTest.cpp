@@ -1,5 +1,5 @@
 #include "support/Errors.h"
-#include "transport/ParallelTestTools.h"
+#include "ParallelTestTools.h"
 
 #include <gtest/gtest.h>
 

@@ -33,8 +33,8 @@ inline void AddDevice(sim::TChain& chain, std::uint32_t id) {
 
 // One clock: settle, rise, fall.
 inline void ClockOnce(TJTagParallelPort_ChannelMapping& mapping, bool tms, bool tdi = false) {
-    for (const std::uint8_t tck : {0, 1, 0}) {
-        mapping.SetSignals(tck, tms ? 1 : 0, tdi ? 1 : 0);
+    for (const bool tck : {false, true, false}) {
+        mapping.SetSignals(tck ? 1 : 0, tms ? 1 : 0, tdi ? 1 : 0);
     }
 }
 
