@@ -11,6 +11,8 @@ namespace {
 // One pod that takes everything and answers at once with alternating bits.
 class TNullUsb final : public IUsbServices {
 public:
+    virtual ~TNullUsb() = default;
+
     UsbList* CreateInterfaceList(const Guid&) noexcept override { return nullptr; }
     void DestroyInterfaceList(UsbList*) noexcept override {}
     std::uint32_t EnumInterface(UsbList*, const Guid&, std::uint32_t) noexcept override {

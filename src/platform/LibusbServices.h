@@ -20,7 +20,7 @@ public:
     TLibusbServices() noexcept;
     TLibusbServices(const TLibusbServices&) = delete;
     TLibusbServices& operator=(const TLibusbServices&) = delete;
-    ~TLibusbServices();
+    virtual ~TLibusbServices();
 
     // The pods of the last list that this user may not open; they stand at that list's end.
     const std::vector<TRefusedUsbDevice>& GetRefusedDevices() const noexcept { return Refused; }
