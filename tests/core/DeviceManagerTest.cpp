@@ -9,7 +9,7 @@ namespace {
 
 class TPart : public TDriverBase {
 public:
-    explicit TPart(std::string name) : Name(ToWide(name)) {}
+    explicit TPart(const std::string& name) : Name(ToWide(name)) {}
 
     Status GetDeviceName(WideText& text) noexcept override { return Give(text, Name); }
     Status GetAttributeText10(WideText& text) noexcept override { return Give(text, Text10); }

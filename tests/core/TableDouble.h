@@ -31,6 +31,7 @@ class TTableDouble {
 public:
     explicit TTableDouble(std::string letter = "") : Letter(std::move(letter)) {
         Fill(std::make_integer_sequence<int, Size>());
+        Table = &Entries[2];
     }
     TTableDouble(const TTableDouble&) = delete;
     TTableDouble& operator=(const TTableDouble&) = delete;
@@ -57,7 +58,7 @@ private:
         ((Entries.at(Numbers + 2) = reinterpret_cast<const void*>(&Entry<Numbers>)), ...);
     }
 
-    const void* const* Table = &Entries[2];
+    const void* const* Table = nullptr; // first: it is what makes this an object with a table
     std::array<const void*, Size + 2> Entries{nullptr, &typeid(I)};
     std::string Letter;
     int Last = -1;
