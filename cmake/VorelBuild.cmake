@@ -21,6 +21,10 @@ endif()
 add_library(vorel-options INTERFACE)
 target_compile_options(vorel-options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # g++ 12 sees overlapping copies in every optimised assignment of a text literal (PR 105651).
+    target_compile_options(vorel-options INTERFACE -Wno-restrict)
+endif()
 target_include_directories(vorel-options INTERFACE
     ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
 if(VOREL_SANITIZE)
@@ -76,4 +80,39 @@ function(vorel_fuzzer name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE vorel-options ${arg_DEPENDS})
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()
+
+# vorel_copy(folder FILE ...): files of an installation, below the folder of that name in the build
+# folder's installation. A copy is renewed when its source changes.
+function(vorel_copy folder)
+    set(copies)
+    foreach(file IN LISTS ARGN)
+        set(copy ${VOREL_TREE}/${folder}/${file})
+        add_custom_command(OUTPUT ${copy}
+            COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_SOURCE_DIR}/${file} ${copy}
+            DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        list(APPEND copies ${copy})
+        get_filename_component(subfolder ${file} DIRECTORY)
+        install(FILES ${file} DESTINATION ${VOREL_INSTALL_ROOT}/${folder}/${subfolder})
+    endforeach()
+    add_custom_target(vorel-${folder} ALL DEPENDS ${copies})
+endfunction()
+
+# vorel_driver(name SOURCES ...): a driver module NAME.VOR beside the library. It exports its two
+# entry points and nothing else, and can be unloaded.
+function(vorel_driver name)
+    cmake_parse_arguments(arg "" "DIRECTORY" "SOURCES;DEPENDS" ${ARGN})
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE vorel-options ${arg_DEPENDS})
+    target_link_options(${name} PRIVATE
+        -Wl,--version-script=${PROJECT_SOURCE_DIR}/drivers/Module.map)
+    set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".VOR"
+        LINK_DEPENDS ${PROJECT_SOURCE_DIR}/drivers/Module.map)
+    if(arg_DIRECTORY)
+        set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${arg_DIRECTORY})
+    else()
+        set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${VOREL_SYSTEM_DIR})
+        install(TARGETS ${name} LIBRARY DESTINATION ${VOREL_INSTALL_ROOT}/System)
+        set_property(GLOBAL APPEND PROPERTY VOREL_DRIVERS ${name})
+    endif()
 endfunction()

@@ -101,7 +101,7 @@ struct ScenePod {
 
 class TScene final {
 public:
-    static constexpr std::size_t MaxTextSize = 1024 * 1024;
+    static constexpr std::size_t MaxTextSize = 1'048'576;
     static constexpr std::size_t MaxPods = 64;
     static constexpr std::size_t MaxDevices = TChain::MaxDevices;
 

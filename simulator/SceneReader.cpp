@@ -17,7 +17,8 @@ constexpr const char* DeviceItems =
     "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT or xN";
 
 std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
+    std::string result(1, '"');
+    return result.append(text).append(1, '"');
 }
 
 bool IsDigits(std::string_view text) noexcept {
@@ -122,8 +123,7 @@ void TSceneReader::ReadKeys(const TIniFile::Section& section, KeyReader reader, 
 void TSceneReader::FinishPod() {
     ScenePod& pod = Pods.back();
     if (!pod.HasBoard && !pod.Spi.empty()) {
-        Fail(1, "pod " + std::to_string(Pods.size()) +
-                    " has SPI devices; they need a section [board]");
+        Fail(SpiLine, "the pod has SPI devices; they need a section [board]");
     }
     if (pod.HasBoard && pod.Board.Devices.empty()) {
         SceneDevice controller;
@@ -198,6 +198,7 @@ bool TSceneReader::ReadSpiKey(const Entry& entry) {
     if (key != "id") {
         Fail(entry.Line, "a label and id=HEX are expected for an SPI device");
     }
+    SpiLine = entry.Line;
     std::vector<SceneSpiDevice>& devices = Pods.back().Spi;
     if (devices.size() >= TBoard::MaxSpiDevices) {
         Fail(entry.Line, "a board has at most 32 SPI devices");

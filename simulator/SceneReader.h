@@ -51,6 +51,7 @@ private:
     std::string FileName;
     std::vector<ScenePod> Pods;
     std::size_t DeviceCount = 0;
+    std::size_t SpiLine = 0;             // of the latest SPI device
     std::set<std::string> SectionsOfPod; // lower case
     std::set<std::string> ItemsOfDevice; // lower case
     SceneChain* Chain = nullptr;         // of the section that is being read

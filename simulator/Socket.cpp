@@ -174,7 +174,11 @@ bool TSocket::Wait(bool toRead, bool toSend, int timeoutMs) const {
     pollfd item{};
     item.fd = Descriptor;
     item.events = static_cast<short>((toRead ? POLLIN : 0) | (toSend ? POLLOUT : 0));
-    return poll(&item, 1, timeoutMs) > 0;
+    int ready = 0;
+    do {
+        ready = poll(&item, 1, timeoutMs);
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
 }
 
 } // namespace vorel::sim

@@ -73,7 +73,7 @@ void TSpiMemory::TakeByte(std::uint8_t value) {
 std::uint8_t TSpiMemory::NextOutput(std::uint8_t value) {
     switch (Command) {
     case ReadId:
-        return ByteIndex < 3 ? static_cast<std::uint8_t>(Id >> (16 - 8 * ByteIndex)) : 0;
+        return static_cast<std::uint8_t>(ByteIndex < 3 ? Id >> (16 - 8 * ByteIndex) : 0);
     case ReadStatus:
         return WriteEnabled ? 2 : 0;
     case ReadData:

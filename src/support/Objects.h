@@ -35,8 +35,8 @@ public:
     Status QueryInterface(const Guid& id, void*& object) noexcept override {
         return QueryOneOf<Interfaces...>(this, id, object);
     }
-    std::int32_t AddRef() noexcept final { return 1; }
-    std::int32_t Release() noexcept final { return 1; }
+    std::int32_t AddRef() noexcept override { return 1; }
+    std::int32_t Release() noexcept override { return 1; }
 };
 
 // An object that is handed over for good: it starts with no reference and goes with its last one.

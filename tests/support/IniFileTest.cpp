@@ -78,12 +78,12 @@ TEST(IniFile, ChangesOnlyTheLinesThatItIsAskedTo) {
     ini.Write("", "top", "0");
     EXPECT_EQ(ini.ToText(),
               "top=0\r\n[a]\r\nK=2\r\nnew=3 4\r\n; tail\r\n\r\n[b]\r\nx=5\r\ny=6\r\n");
+    EXPECT_EQ(ini.Read("", "top"), "0");
     EXPECT_TRUE(ini.Erase("a", "k"));
     EXPECT_FALSE(ini.Erase("a", "k"));
     EXPECT_TRUE(ini.EraseSection("b"));
     EXPECT_FALSE(ini.EraseSection("b"));
     EXPECT_EQ(ini.ToText(), "top=0\r\n[a]\r\nnew=3 4\r\n; tail\r\n\r\n");
-    EXPECT_EQ(ini.Read("", "top"), "0");
 
     TIniFile fresh;
     fresh.Write("s", "k", "v");
