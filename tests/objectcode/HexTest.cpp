@@ -163,6 +163,20 @@ TEST_F(HexTest, PutsWordsOfEachSizeIntoAnImage) {
     EXPECT_EQ(MaxAddress, 0x10002);
 }
 
+TEST_F(HexTest, AFileCutAnywhereHasOneBadLineAtMost) {
+    const std::string text = Line(4, 0, {1, 2}) + Line(0, 0x10, TBytes(32, 7)) + End;
+    LargestAllocation = 0;
+    for (std::size_t size = 0; size < text.size(); ++size) {
+        const std::string cut = text.substr(0, size);
+        const bool atLineEnd = size == 0 || text[size] == '\n' || cut.back() == '\n';
+        EXPECT_EQ(Load(cut), atLineEnd) << size;
+        EXPECT_EQ(Blocks.size(), atLineEnd ? 1U : 0U) << size;
+        EXPECT_EQ(LoadImage(cut, 1), atLineEnd) << size;
+        EXPECT_EQ(ErrorCount, atLineEnd ? 0 : 1) << size;
+    }
+    EXPECT_LE(LargestAllocation, 0x50000U) << "the buffer of a segment";
+}
+
 // A memory whose location A holds A * 3 + 0xABCD00.
 class TCountingMemory : public TNonRefCountedInterfacedObject<IMemorySpace> {
 public:

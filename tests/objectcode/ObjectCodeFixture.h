@@ -43,6 +43,9 @@ public:
     int WaitCursors = 0;
 };
 
+// The largest piece of memory that any code of the test program has taken since it was set to 0.
+extern std::size_t LargestAllocation;
+
 struct TBlock {
     std::int64_t Address;
     std::int64_t Count;
