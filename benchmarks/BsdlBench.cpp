@@ -55,7 +55,7 @@ std::string TemporaryFolder() {
 }
 
 void WordCount(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::int64_t lines = 0;
         for (const TSample& sample : Samples()) {
             lines += std::count(sample.Text.begin(), sample.Text.end(), '\n');
@@ -79,7 +79,7 @@ public:
 };
 
 void Tokenise(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const TSample& sample : Samples()) {
             benchmark::DoNotOptimize(TTokenCounter().Count(sample.Text));
         }
@@ -90,7 +90,7 @@ BENCHMARK(Tokenise)->Unit(benchmark::kMillisecond);
 
 void Parse(benchmark::State& state) {
     TNeutralHost host;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const TSample& sample : Samples()) {
             TEntityList entities;
             TBSDLParser(host, "", entities, sample.Path, nullptr).Parse(sample.Text);
@@ -104,7 +104,7 @@ BENCHMARK(Parse)->Unit(benchmark::kMillisecond);
 void ParseAndAttributes(benchmark::State& state) {
     TNeutralHost host;
     const TIdMap idMap;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const TSample& sample : Samples()) {
             TReaderBSDL reader(host, idMap, "", sample.Path);
             reader.ReadText(sample.Text);
@@ -118,7 +118,7 @@ BENCHMARK(ParseAndAttributes)->Unit(benchmark::kMillisecond);
 void ParseAttributesAndBoundary(benchmark::State& state) {
     TNeutralHost host;
     const TIdMap idMap;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const TSample& sample : Samples()) {
             TReaderBSDL reader(host, idMap, "", sample.Path);
             reader.ReadText(sample.Text);
@@ -135,7 +135,7 @@ BENCHMARK(ParseAttributesAndBoundary)->Unit(benchmark::kMillisecond);
 void ReadFiles(benchmark::State& state) {
     TNeutralHost host;
     const TIdMap idMap;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const TSample& sample : Samples()) {
             TReaderBSDL reader(host, idMap, TemporaryFolder(), sample.Path);
             reader.Read();
@@ -153,10 +153,11 @@ std::string MadeUpDevice(std::int64_t cells) {
     std::string boundary;
     for (std::int64_t i = 0; i < cells; ++i) {
         const std::string number = std::to_string(i);
-        ports += "    IO_" + number + " : inout bit;\n";
-        map += "    \"IO_" + number + " : A" + number + ", \" &\n";
-        boundary += "    \"" + number + " (BC_1, IO_" + number + ", output3, X, " +
-                    std::to_string(i / 2 * 2) + ", 1, Z), \" &\n";
+        const std::string control = std::to_string(i / 2 * 2);
+        ports.append("    IO_").append(number).append(" : inout bit;\n");
+        map.append("    \"IO_").append(number).append(" : A").append(number).append(", \" &\n");
+        boundary.append("    \"").append(number).append(" (BC_1, IO_").append(number);
+        boundary.append(", output3, X, ").append(control).append(", 1, Z), \" &\n");
     }
     return "entity MADE_UP is\n  generic (PHYSICAL_PIN_MAP : string := \"P\");\n  port (\n" +
            ports +
@@ -172,7 +173,7 @@ void MadeUp(benchmark::State& state) {
     TNeutralHost host;
     const TIdMap idMap;
     std::int32_t cells = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         TReaderBSDL reader(host, idMap, "", "made-up.bsd");
         reader.ReadText(text);
         const std::unique_ptr<TBSDLEntity> entity = reader.TakeEntity();

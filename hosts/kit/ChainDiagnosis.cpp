@@ -157,7 +157,7 @@ std::string TChainDiagnosis::Describe() const {
     return {};
 }
 
-std::vector<std::string> TChainDiagnosis::Advice() const {
+std::vector<std::string> TChainDiagnosis::Advice(bool softChain) const {
     switch (Fault) {
     case TChainFault::None:
         return {};
@@ -165,10 +165,11 @@ std::vector<std::string> TChainDiagnosis::Advice() const {
         return {"Check that the target board is powered.", "Check TDO for a short to ground.",
                 "Check that TRST is not held active."};
     case TChainFault::StuckHigh:
-        return {
-            "Check that the target board is powered and the cable is plugged in.",
-            "Check that TDO of the last device reaches the cable.",
-            "If the chain goes through an FPGA's user logic, check that the FPGA is configured."};
+        if (softChain) {
+            return {"If devices are expected here, check that the FPGA is configured with them."};
+        }
+        return {"Check that the target board is powered and the cable is plugged in.",
+                "Check that TDO of the last device reaches the cable."};
     case TChainFault::Loop:
         return {"Check for a jumper or a bypassed socket between TDI and TDO."};
     case TChainFault::Broken:

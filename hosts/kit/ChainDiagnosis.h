@@ -37,8 +37,9 @@ struct TChainDiagnosis {
 
     // One sentence for people: what is wrong.
     std::string Describe() const;
-    // What to check, first things first. Empty for None.
-    std::vector<std::string> Advice() const;
+    // What to check, first things first. Empty for None. A soft chain lives in an FPGA's user
+    // logic.
+    std::vector<std::string> Advice(bool softChain = false) const;
     // "ok", "stuck-low", "empty", "loop", "broken", "too-long", "unreliable"
     std::string Keyword() const;
 };

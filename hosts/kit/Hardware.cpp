@@ -41,11 +41,11 @@ private:
 
 std::vector<std::string> TMachineHardware::Notes() const {
     std::vector<std::string> notes;
-    for (const TRefusedDevice& device : Services.GetRefusedDevices()) {
+    for (const TRefusedUsbDevice& device : Services.GetRefusedDevices()) {
         notes.push_back("A pod (1B8C:" + ToHex(device.ProductId, 4) + ") is plugged in at bus " +
                         std::to_string(device.Bus) + ", address " + std::to_string(device.Address) +
                         ", and could not be opened: " + device.Reason +
-                        ". It needs read and write permission for " + device.DeviceNode +
+                        ". It needs read and write permission for " + device.Node +
                         "; the udev rule 60-vorel-pods.rules grants it to users at the machine "
                         "and the group plugdev. Plug the pod in again after installing it.");
     }

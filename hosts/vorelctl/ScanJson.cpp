@@ -35,7 +35,7 @@ Json ChainAsJson(const TChainReport& chain) {
     if (chain.Diagnosis) {
         json["state"] = chain.Diagnosis->Keyword();
         json["message"] = chain.Diagnosis->Describe();
-        json["advice"] = chain.Diagnosis->Advice();
+        json["advice"] = chain.Diagnosis->Advice(chain.Role == "soft");
         json["bits_seen"] = chain.Diagnosis->BitsSeen;
     }
     for (const auto& id : chain.IdsSeen) {

@@ -59,7 +59,7 @@ std::string DiagnosisText(const TChainReport& chain, const std::string& indent) 
         text += indent + diagnosis.Describe() + "\n";
         text += indent + "Bits seen after a reset, first bit at the right: " + diagnosis.BitsSeen +
                 "\n";
-        for (const std::string& advice : diagnosis.Advice()) {
+        for (const std::string& advice : diagnosis.Advice(chain.Role == "soft")) {
             text += indent + "- " + advice + "\n";
         }
     }
@@ -118,6 +118,9 @@ std::string ScanAsText(const TScanReport& report) {
     std::string text = "Hardware: " + report.Hardware + "\n";
     for (const TPortReport& port : report.Ports) {
         text += "\n" + PortText(port);
+    }
+    if (report.Ports.size() < 2) {
+        text += "\nNo pod was found.\n";
     }
     if (!report.Notes.empty()) {
         text += "\n";

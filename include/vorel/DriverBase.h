@@ -46,13 +46,13 @@ public:
 
     void Free() noexcept final { delete this; }
 
-    // 0 to 2. A driver with further interfaces, such as IVorelBreakpoints, asks this one last.
+    // 0 to 2.
     Status QueryInterface(const Guid& id, void*& object) noexcept override {
         object = id == IVorelDriver::Id ? static_cast<IVorelDriver*>(this) : nullptr;
         return object != nullptr ? StatusOk : StatusNoInterface;
     }
-    std::int32_t AddRef() noexcept final { return 1; }
-    std::int32_t Release() noexcept final { return 1; }
+    std::int32_t AddRef() noexcept override { return 1; }
+    std::int32_t Release() noexcept override { return 1; }
 
     // 3 to 47: what the part is.
     Status GetIdCode(std::uint32_t& idCode) noexcept override { return Give(idCode, 0U); }
@@ -259,6 +259,21 @@ protected:
             return StatusOutOfMemory;
         }
     }
+};
+
+// The same with further interfaces, which a caller gets by query: TDriverWith<IVorelBreakpoints>.
+template<class... Interfaces>
+class TDriverWith : public TDriverBase, public Interfaces... {
+public:
+    Status QueryInterface(const Guid& id, void*& object) noexcept override {
+        const Status status = TDriverBase::QueryInterface(id, object);
+        ((id == Interfaces::Id ? static_cast<void>(object = static_cast<Interfaces*>(this))
+                               : static_cast<void>(0)),
+         ...);
+        return object != nullptr ? StatusOk : status;
+    }
+    std::int32_t AddRef() noexcept final { return 1; }
+    std::int32_t Release() noexcept final { return 1; }
 };
 
 // The exports of a module whose drivers are the listed classes, in this order. Each class has a

@@ -111,7 +111,7 @@ private:
     void AddPinMappings(std::string_view name, std::string_view numbers);
     void AddPinMapping(std::string_view name, std::int32_t nameId, std::string_view number);
     void MakePins(TBSDLParser& parser);
-    void MakePinsOfPort(const TVHDLPort& port, TBSDLParser& parser);
+    void AddPins(const TVHDLPort& port, std::size_t count);
     void FindFirstPins();
     TScanPin* FindPin(std::string_view name) const noexcept;
     void LinkPins();

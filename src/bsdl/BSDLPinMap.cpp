@@ -16,6 +16,25 @@ PinFunction FunctionByName(std::string_view name) {
                                            : PinFunction::Normal;
 }
 
+// The number of pins that a port brings. A vector port has one for each bit, unless its bounds are
+// equal texts or no numbers.
+std::size_t CountPins(const TVHDLPort& port, TBSDLParser& parser) {
+    if (port.Direction() == VHDLToken::None) {
+        return 1;
+    }
+    const std::optional<std::int32_t> left = port.Type->LeftNumber;
+    const std::optional<std::int32_t> right = port.Type->RightNumber;
+    if (Trim(port.RangeLeft()) == Trim(port.RangeRight()) || !left || !right || *left < 0) {
+        return 0;
+    }
+    const auto [low, high] = std::minmax(*left, *right);
+    TTextSink line(TParserLog::LineLimit);
+    line << "  Exanding Port:" << port.Name << "[" << std::to_string(low) << ".."
+         << std::to_string(high) << "]";
+    parser.Log(line.Get());
+    return static_cast<std::size_t>(std::int64_t{high} - low + 1);
+}
+
 } // namespace
 
 void TBSDLEntity::ReadPinMap(TBSDLParser& parser) {
@@ -34,8 +53,7 @@ void TBSDLEntity::ReadPinMap(TBSDLParser& parser) {
     parser.Log((TTextSink(limit) << "Device Pin Mappings: " << mappings->Value).Get());
     ReadPinMappings(mappings->Value);
     MakePins(parser);
-    SortNatural(PinMappings, [](const TPinMapping& mapping) { return mapping.PinNumber; });
-    SortNatural(Pins, [](const TScanPin& pin) { return pin.Name; });
+    SortNatural(PinMappings, [](const auto& mapping) { return mapping->PinNumber; });
     FindFirstPins();
 }
 
@@ -92,37 +110,36 @@ void TBSDLEntity::AddPinMapping(std::string_view name, std::int32_t nameId,
     PinMappings.push_back(std::move(mapping));
 }
 
+// Makes the pins in natural order of their names. Sorting the ports is enough for that, and the
+// bits of a vector need not be compared with each other.
 void TBSDLEntity::MakePins(TBSDLParser& parser) {
+    struct TPortPins {
+        const TVHDLPort* Port;
+        std::size_t Count;
+    };
+    std::vector<TPortPins> ports;
+    ports.reserve(Ports.Count());
+    std::size_t total = 0;
     for (const auto& [key, port] : Ports) {
-        MakePinsOfPort(*port, parser);
+        const std::size_t count = CountPins(*port, parser);
+        if (count <= MaximumRecords - total) {
+            ports.push_back({port.get(), count});
+            total += count;
+        }
+    }
+    SortNatural(ports, [](const TPortPins& item) { return std::string_view(item.Port->Name); });
+    Pins.reserve(total);
+    for (const TPortPins& item : ports) {
+        AddPins(*item.Port, item.Count);
     }
 }
 
-// A vector port gives one pin for each bit, unless its bounds are equal texts or no numbers.
-void TBSDLEntity::MakePinsOfPort(const TVHDLPort& port, TBSDLParser& parser) {
-    std::size_t count = 1;
-    if (port.Direction() != VHDLToken::None) {
-        const std::optional<std::int32_t> left = port.Type->LeftNumber;
-        const std::optional<std::int32_t> right = port.Type->RightNumber;
-        if (Trim(port.RangeLeft()) == Trim(port.RangeRight()) || !left || !right || *left < 0) {
-            return;
-        }
-        const auto [low, high] = std::minmax(*left, *right);
-        parser.Log((TTextSink(TParserLog::LineLimit)
-                    << "  Exanding Port:" << Trim(port.Name) << "[" << std::to_string(low) << ".."
-                    << std::to_string(high) << "]")
-                       .Get());
-        count = static_cast<std::size_t>(std::int64_t{high} - low + 1);
-    }
-    if (count > MaximumRecords - Pins.size()) {
-        return;
-    }
-    const std::string_view name = Trim(port.Name);
-    const std::int32_t nameId = Names.Intern(name);
-    const PinFunction function = FunctionByName(name);
+void TBSDLEntity::AddPins(const TVHDLPort& port, std::size_t count) {
+    const std::int32_t nameId = Names.Intern(port.Name);
+    const PinFunction function = FunctionByName(port.Name);
     for (std::size_t i = 0; i < count; ++i) {
         auto pin = std::make_unique<TScanPin>(*this);
-        pin->Name = name;
+        pin->Name = port.Name;
         pin->NameId = nameId;
         pin->Mode = static_cast<PinMode>(port.Mode());
         pin->Function = function;
@@ -163,7 +180,7 @@ void TBSDLEntity::LinkPins() {
         mapping->Pin = &pin;
         free += pin.Number.empty() ? 0 : 1;
     }
-    SortNatural(Pins, [](const TScanPin& pin) { return pin.Number; });
+    SortNatural(Pins, [](const auto& pin) { return pin->Number; });
     FindFirstPins();
 }
 

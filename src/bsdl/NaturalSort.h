@@ -1,11 +1,11 @@
-// Sorts owned objects by a name in natural order (support/Text.h, CompareNatural), keeping the
+// Sorts items by a name in natural order (support/Text.h, CompareNatural), keeping the
 // order of equal names.
 #pragma once
 
 #include "support/Text.h"
 
 #include <algorithm>
-#include <memory>
+#include <vector>
 
 namespace vorel {
 
@@ -15,33 +15,31 @@ struct TNaturalFront {
     std::uint64_t High = 0;
     std::uint64_t Low = 0;
 
-    friend auto operator<=>(const TNaturalFront&, const TNaturalFront&) = default;
+    friend bool operator==(const TNaturalFront&, const TNaturalFront&) = default;
+    friend bool operator<(const TNaturalFront& a, const TNaturalFront& b) noexcept {
+        return a.High != b.High ? a.High < b.High : a.Low < b.Low;
+    }
 };
 TNaturalFront NaturalFrontOf(std::string_view name) noexcept;
 
-template<class Object, class NameOf>
-void SortNatural(std::vector<std::unique_ptr<Object>>& objects, NameOf nameOf) {
+template<class Item, class NameOf>
+void SortNatural(std::vector<Item>& items, NameOf nameOf) {
     struct TEntry {
         TNaturalFront Front;
-        std::unique_ptr<Object> Item;
+        Item Value;
     };
     std::vector<TEntry> entries;
-    entries.reserve(objects.size());
-    for (std::unique_ptr<Object>& object : objects) {
-        const TNaturalFront front = NaturalFrontOf(nameOf(*object));
-        entries.push_back({front, std::move(object)});
+    entries.reserve(items.size());
+    for (Item& item : items) {
+        const TNaturalFront front = NaturalFrontOf(nameOf(item));
+        entries.push_back({front, std::move(item)});
     }
     std::stable_sort(entries.begin(), entries.end(), [&](const TEntry& a, const TEntry& b) {
-        if (a.Front != b.Front) {
-            return a.Front < b.Front;
-        }
-        const std::string_view x = nameOf(*a.Item);
-        const std::string_view y = nameOf(*b.Item);
-        // Bits of a vector port share one text, which may be long.
-        return (x.data() != y.data() || x.size() != y.size()) && CompareNatural(x, y) < 0;
+        return a.Front == b.Front ? CompareNatural(nameOf(a.Value), nameOf(b.Value)) < 0
+                                  : a.Front < b.Front;
     });
-    std::transform(entries.begin(), entries.end(), objects.begin(),
-                   [](TEntry& entry) { return std::move(entry.Item); });
+    std::transform(entries.begin(), entries.end(), items.begin(),
+                   [](TEntry& entry) { return std::move(entry.Value); });
 }
 
 } // namespace vorel

@@ -40,15 +40,18 @@ void TParserLog::Open(std::string path) {
     File.reset(std::fopen(TempLogName.c_str(), "wbx"));
     if (File) {
         LogName = std::move(path);
+        Size = 0;
         std::setvbuf(File.get(), nullptr, _IONBF, 0);
     }
 }
 
 void TParserLog::Write(std::string_view line) {
-    if (!IsOpen()) {
+    line = line.substr(0, LineLimit);
+    if (!IsOpen() || line.size() >= SizeLimit - Size) {
         return;
     }
-    Pending.append(line.substr(0, LineLimit)).push_back('\n');
+    Size += line.size() + 1;
+    Pending.append(line).push_back('\n');
     constexpr std::size_t piece = std::size_t{1} << 16U;
     if (Pending.size() >= piece) {
         Flush();

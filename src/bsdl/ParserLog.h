@@ -14,6 +14,8 @@ class TParserLog {
 public:
     // Longest line; what goes beyond is cut.
     static constexpr std::size_t LineLimit = 255;
+    // Largest log; further lines are dropped.
+    static constexpr std::size_t SizeLimit = std::size_t{64} << 20U;
 
     TParserLog() = default;
     TParserLog(const TParserLog&) = delete;
@@ -36,6 +38,7 @@ private:
     std::string LogName;
     std::string TempLogName;
     std::string Pending;
+    std::size_t Size = 0; // bytes taken so far
     std::unique_ptr<std::FILE, TCloseFile> File;
 };
 

@@ -69,8 +69,8 @@ constexpr std::size_t BucketOf(std::string_view word) noexcept {
 
 // The token table by hash: the first token of each bucket, and the next one of the same bucket.
 struct TTokenBuckets {
-    std::array<std::int8_t, 256> First{};
-    std::array<std::int8_t, VHDLTokens.size()> Next{};
+    std::array<std::int16_t, 256> First{};
+    std::array<std::int16_t, VHDLTokens.size()> Next{};
 };
 
 constexpr TTokenBuckets MakeBuckets() {
@@ -79,12 +79,25 @@ constexpr TTokenBuckets MakeBuckets() {
     for (std::size_t i = VHDLTokens.size(); i-- > 0;) {
         const std::size_t bucket = BucketOf(VHDLTokens[i]);
         buckets.Next[i] = buckets.First[bucket];
-        buckets.First[bucket] = static_cast<std::int8_t>(i);
+        buckets.First[bucket] = static_cast<std::int16_t>(i);
     }
     return buckets;
 }
 
 constexpr TTokenBuckets Buckets = MakeBuckets();
+
+// Every character that starts a symbol is one by itself, too.
+constexpr std::array<std::int16_t, 128> MakeSingleSymbols() {
+    std::array<std::int16_t, 128> tokens{};
+    for (std::size_t i = 0; i < VHDLTokens.size(); ++i) {
+        if (VHDLTokens[i].size() == 1) {
+            tokens[static_cast<unsigned char>(VHDLTokens[i][0])] = static_cast<std::int16_t>(i);
+        }
+    }
+    return tokens;
+}
+
+constexpr std::array<std::int16_t, 128> SingleSymbols = MakeSingleSymbols();
 
 } // namespace
 
@@ -176,6 +189,19 @@ void TStringsParser::Next() {
     } while (State.Kind == TTokenKind::Comment);
 }
 
+bool TStringsParser::NextUnless(std::int32_t a, std::int32_t b, std::int32_t c) {
+    const TState here = State;
+    Next();
+    const std::int32_t token = State.Number;
+    if (token != a && token != b && token != c && State.Kind != TTokenKind::Eof) {
+        return true;
+    }
+    Ahead = State;
+    AheadFrom = here.Cursor;
+    State = here;
+    return false;
+}
+
 const TStringsParser::TState& TStringsParser::LookAhead() {
     if (AheadFrom != State.Cursor) {
         const TState here = State;
@@ -219,7 +245,7 @@ void TStringsParser::ScanSymbol() noexcept {
             return Take(TTokenKind::ResWord, pair, 2);
         }
     }
-    Take(TTokenKind::ResWord, FindToken({State.Cursor, 1}), 1);
+    Take(TTokenKind::ResWord, SingleSymbols[static_cast<unsigned char>(*State.Cursor)], 1);
 }
 
 void TStringsParser::ScanString() noexcept {

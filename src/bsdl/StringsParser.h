@@ -35,6 +35,8 @@ protected:
     void NextRaw();
     // Takes the next token that is no comment.
     void Next();
+    // Next(), unless that is the end or one of three tokens: then false, and the position is kept.
+    bool NextUnless(std::int32_t a, std::int32_t b, std::int32_t c);
     // The state that Next() will reach; the position is kept.
     const TState& LookAhead();
     // The token number of the token that Next() will take.

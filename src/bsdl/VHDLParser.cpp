@@ -126,27 +126,19 @@ std::string_view TVHDLParser::ReadValue() {
 
 std::string TVHDLParser::ReadUntil(std::int32_t a, std::int32_t b) {
     std::string text;
-    for (;;) {
-        const TState& next = LookAhead();
-        if (next.Number == a || next.Number == b || next.Kind == TTokenKind::Eof) {
-            return text;
-        }
-        text.append(next.Text);
-        Next();
+    while (NextUnless(a, b, b)) {
+        text.append(State.Text);
     }
+    return text;
 }
 
 std::string TVHDLParser::ReadUntil3(std::int32_t a, std::int32_t b, std::int32_t c) {
     std::string text;
-    for (;;) {
-        const TState& next = LookAhead();
-        if (next.Number == a || next.Number == b || next.Number == c ||
-            next.Kind == TTokenKind::Eof) {
-            return text;
-        }
-        text.append(" ").append(next.Text);
-        Next();
+    while (NextUnless(a, b, c)) {
+        text.push_back(' ');
+        text.append(State.Text);
     }
+    return text;
 }
 
 // "end", the unit's keyword and name where they stand, and the semicolon.

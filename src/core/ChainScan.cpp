@@ -97,6 +97,7 @@ std::vector<std::uint32_t> TChainScan::ReadIds() {
         Channel.DoTapMove(TTapState::IDLE, TTapState::DRSHIFT);
     }
     const BitText zeros = NumberToBits(0, IdBits);
+    ids.reserve(static_cast<std::size_t>(length));
     for (std::int32_t i = 0; i < length; ++i) {
         ids.push_back(MaskedIdCode(BitsToNumber(Channel.DoShiftBits(zeros, IdBits, true, false))));
     }

@@ -45,6 +45,14 @@ struct TCompatibility {
     }
 };
 
+Ref<IInterfaceList> ListOf(const std::vector<IVorelDriver*>& drivers) {
+    Ref<TInterfaceList> list(new TInterfaceList);
+    for (IVorelDriver* driver : drivers) {
+        list->Add(driver);
+    }
+    return Ref<IInterfaceList>(list.Get());
+}
+
 template<class Query>
 Status GiveLines(WideText& names, Query query) noexcept {
     return Guard([&] {
@@ -293,21 +301,20 @@ Status TDeviceManager::JtagIdsMatch(std::uint32_t idA, std::uint32_t idB, Bool32
 Status TDeviceManager::GetAllDrivers(IInterfaceList*& drivers) noexcept {
     return Guard([&] {
         drivers = nullptr;
-        Ref<TInterfaceList> list(new TInterfaceList);
-        for (IVorelDriver* driver : Parts.Knowledge.GetAllDrivers()) {
-            list->Add(driver);
-        }
-        drivers = list.Detach();
+        drivers = ListOf(Parts.Knowledge.GetAllDrivers()).Detach();
     });
 }
 
 Status TDeviceManager::CreateDevice(const WideText& name, IVorelDevice*& device) noexcept {
     return Guard([&] {
         device = nullptr;
-        IVorelDriver* const driver = Parts.Knowledge.CreateDriverForDevice(ToUtf8(name));
-        Ref<TOwnedVorelDevice> created(new TOwnedVorelDevice(Parts.Host, Parts.Dialogs, driver));
-        device = created.Detach();
+        device = MakeOwnedDevice(name).Detach();
     });
+}
+
+Ref<IVorelDevice> TDeviceManager::MakeOwnedDevice(const WideText& name) {
+    IVorelDriver* const driver = Parts.Knowledge.CreateDriverForDevice(ToUtf8(name));
+    return Ref<IVorelDevice>(new TOwnedVorelDevice(Parts.Host, Parts.Dialogs, driver));
 }
 
 } // namespace vorel

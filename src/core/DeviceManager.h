@@ -78,6 +78,7 @@ private:
     // Takes the first released device of this name off its list; null without one.
     TVorelDevice* TakeRetired(const WideText& name);
     TVorelDevice* MakeDevice(const WideText& name);
+    Ref<IVorelDevice> MakeOwnedDevice(const WideText& name);
     // The own object with the unique id of `device`, in use or released; null without one.
     TVorelDevice* FindObject(IVorelDevice& device) const;
     std::string AskUser(const WideText& parameters, const std::string& current);

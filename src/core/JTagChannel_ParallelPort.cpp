@@ -10,8 +10,8 @@ namespace vorel {
 
 TJTagChannel_ParallelPort::TJTagChannel_ParallelPort(std::string name, TJtagPort& port,
                                                      TJTagChannel* parent,
-                                                     const TCoreContext& context) :
-    TJTagChannel(std::move(name), port, parent, context) {}
+                                                     const TCoreContext& context)
+    : TJTagChannel(std::move(name), port, parent, context) {}
 
 void TJTagChannel_ParallelPort::ClearPins() noexcept {
     Tck = 0;

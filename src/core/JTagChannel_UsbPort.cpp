@@ -24,11 +24,11 @@ constexpr std::uint8_t MultiplexedOutput = 1;
 } // namespace
 
 TJTagChannel_UsbPort::TJTagChannel_UsbPort(TUsbChannelSetup setup, TJtagPort& port, TUsbPort* pod,
-                                           TJTagChannel* parent, const TCoreContext& context) :
-    TJTagChannel(std::move(setup.Name), port, parent, context),
-    Pod(pod),
-    ChainNumber(setup.ChainNumber),
-    ResetOnOpen(setup.ResetOnOpen) {
+                                           TJTagChannel* parent, const TCoreContext& context)
+    : TJTagChannel(std::move(setup.Name), port, parent, context),
+      Pod(pod),
+      ChainNumber(setup.ChainNumber),
+      ResetOnOpen(setup.ResetOnOpen) {
     SavedTicks.fill(static_cast<std::uint32_t>(context.TicksPerClock));
 }
 

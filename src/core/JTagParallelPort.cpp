@@ -8,13 +8,13 @@ namespace vorel {
 
 TJtagParallelPort::TJtagParallelPort(IParallelPortManager* manager,
                                      TJTagParallelPort_InstalledBoardTypes& boards,
-                                     const TCoreContext& context) :
-    Manager(manager),
-    Boards(boards),
-    BoardChain("Lumaplate", *this, nullptr, context),
-    HardChain("Hard-Devices", *this, &BoardChain, context),
-    SoftChain("Soft-Devices", *this, &BoardChain, context),
-    SpiChain("SPI-Devices", *this, &BoardChain, context) {}
+                                     const TCoreContext& context)
+    : Manager(manager),
+      Boards(boards),
+      BoardChain("Lumaplate", *this, nullptr, context),
+      HardChain("Hard-Devices", *this, &BoardChain, context),
+      SoftChain("Soft-Devices", *this, &BoardChain, context),
+      SpiChain("SPI-Devices", *this, &BoardChain, context) {}
 
 Status TJtagParallelPort::GetParallelPort(IParallelPort*& port) noexcept {
     port = Device;

@@ -24,7 +24,8 @@ WideText MakePlain(const WideText& text) {
         if (unit < 0x100) {
             plain.push_back(unit);
         } else {
-            plain += ToWide("#" + ToHex(unit, 4));
+            plain.push_back(u'#');
+            plain += ToWide(ToHex(unit, 4));
         }
     }
     return plain;
@@ -32,12 +33,12 @@ WideText MakePlain(const WideText& text) {
 
 } // namespace
 
-TJtagUsbPort::TJtagUsbPort(TUsbPort& pod, const TCoreContext& context) :
-    Pod(pod),
-    BoardChain({"Lumaplate", 0, true}, *this, &pod, nullptr, context),
-    HardChain({"Hard-Devices", 0, true}, *this, &pod, &BoardChain, context),
-    SoftChain({"Soft-Devices", 1, true}, *this, &pod, &BoardChain, context),
-    SpiChain({"SPI-Devices", 2, false}, *this, &pod, &BoardChain, context) {}
+TJtagUsbPort::TJtagUsbPort(TUsbPort& pod, const TCoreContext& context)
+    : Pod(pod),
+      BoardChain({"Lumaplate", 0, true}, *this, &pod, nullptr, context),
+      HardChain({"Hard-Devices", 0, true}, *this, &pod, &BoardChain, context),
+      SoftChain({"Soft-Devices", 1, true}, *this, &pod, &BoardChain, context),
+      SpiChain({"SPI-Devices", 2, false}, *this, &pod, &BoardChain, context) {}
 
 std::string TJtagUsbPort::DoGetPortId() {
     return ToUtf8(MakePlain(Pod.SerialNumber()));

@@ -8,8 +8,8 @@
 namespace vorel {
 
 TPortList::TPortList(TUsbJtagManager& pods, IParallelPortManager* parallelPorts,
-                     TJTagParallelPort_InstalledBoardTypes& boards, TCoreContext& context) :
-    Pods(pods), Context(context) {
+                     TJTagParallelPort_InstalledBoardTypes& boards, TCoreContext& context)
+    : Pods(pods), Context(context) {
     Ports.push_back(std::make_unique<TJtagParallelPort>(parallelPorts, boards, context));
 }
 

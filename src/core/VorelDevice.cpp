@@ -13,7 +13,8 @@ namespace {
 template<class Item>
 std::vector<std::unique_ptr<Item>> MakeItems(std::int32_t count, TVorelDevice& device) {
     std::vector<std::unique_ptr<Item>> items;
-    const std::int32_t believed = std::min(count, TVorelDevice::MaxListLength);
+    const std::int32_t believed = std::clamp(count, 0, TVorelDevice::MaxListLength);
+    items.reserve(static_cast<std::size_t>(believed));
     for (std::int32_t index = 0; index < believed; ++index) {
         items.push_back(std::make_unique<Item>(index, device));
     }

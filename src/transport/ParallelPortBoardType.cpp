@@ -97,6 +97,14 @@ void TJTagParallelPort_BoardType::SetPort(IParallelPort* port) noexcept {
     }
 }
 
+void TJTagParallelPort_BoardType::SetAnalyser(IJTagAnalyser* analyser) noexcept {
+    for (const TMapping* mapping : {&BoardChannel, &HardChannel, &SoftChannel, &SPIChannel}) {
+        if (*mapping != nullptr) {
+            (*mapping)->SetAnalyser(analyser, mapping == &BoardChannel ? 1 : 0);
+        }
+    }
+}
+
 bool TJTagParallelPort_BoardType::PortIsUsable() {
     if (HardChannel == nullptr || HardChannel->GetPort() == nullptr) {
         return false;

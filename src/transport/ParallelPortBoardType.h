@@ -31,6 +31,9 @@ public:
     bool LoadFromFile(const std::filesystem::path& fileName);
     // Gives the port, not owned, to every mapping that exists.
     void SetPort(IParallelPort* port) noexcept;
+    // Tells an analyser, not owned, of the traffic on every mapping that exists: the board channel
+    // as lines 1, the others, which a multiplexer may put on the same wires, as lines 0.
+    void SetAnalyser(IJTagAnalyser* analyser) noexcept;
     // There is a hard chain with a port, and the cable answers if the board asks for that.
     bool PortIsUsable();
 

@@ -15,6 +15,12 @@ public:
 
     std::size_t Count() const noexcept { return Boards.size(); }
     TJTagParallelPort_BoardType& BoardAt(std::size_t index) { return *Boards.at(index); }
+    // For every board; not owned.
+    void SetAnalyser(IJTagAnalyser* analyser) noexcept {
+        for (const auto& board : Boards) {
+            board->SetAnalyser(analyser);
+        }
+    }
 
 private:
     std::vector<std::unique_ptr<TJTagParallelPort_BoardType>> Boards;

@@ -1,6 +1,7 @@
 #include "transport/ParallelPortMapping.h"
 
 #include "support/Errors.h"
+#include "transport/JTagAnalyser.h"
 
 namespace vorel {
 
@@ -67,6 +68,13 @@ void TJTagParallelPort_ChannelMapping::Activate() {
     Check(Port->Prepare(), "Claiming the parallel port");
     Check(Port->ReadData(SavedData), "Reading the parallel port's data register");
     ApplySignals(DataPart(DataBackground), 0, 0, 0);
+    Tell(0, 0, 0);
+}
+
+void TJTagParallelPort_ChannelMapping::Tell(std::uint8_t tck, std::uint8_t tms, std::uint8_t tdi) {
+    if (Analyser != nullptr) {
+        Check(Analyser->RecordSignals(AnalyserMode, tms, tdi, tck), "Recording JTAG signals");
+    }
 }
 
 void TJTagParallelPort_ChannelMapping::Deactivate() {
@@ -85,6 +93,7 @@ void TJTagParallelPort_ChannelMapping::SetSignals(std::uint8_t tck, std::uint8_t
     std::uint8_t data = 0;
     Check(Port->ReadData(data), "Reading the parallel port's data register");
     ApplySignals(data, tck, tdi, tms);
+    Tell(tck, tms, tdi);
 }
 
 void TJTagParallelPort_ChannelMapping::ReadTdo(std::uint8_t& level) {
@@ -98,6 +107,9 @@ void TJTagParallelPort_ChannelMapping::ReadTdo(std::uint8_t& level) {
     const bool high = (status & mask) != 0;
     const bool inverted = (mask & InvertedStatusBits) != 0;
     level = high != inverted ? 1 : 0;
+    if (Analyser != nullptr) {
+        Check(Analyser->RecordTdo(level), "Recording TDO");
+    }
 }
 
 } // namespace vorel

@@ -7,6 +7,8 @@
 
 namespace vorel {
 
+class IJTagAnalyser;
+
 // A signal mask is one word that names the register and the bits: bits 0 to 7 are bits of the data
 // register, 8 to 15 of the status register, 16 to 23 of the control register. An output uses its
 // data part or, without one, its control part; TDO uses the status part.
@@ -35,6 +37,18 @@ public:
     void SetPort(IParallelPort* port) noexcept { Port = port; }
     IParallelPort* GetPort() const noexcept { return Port; }
 
+    // Who is told of every change of the lines and every read of TDO, and under which number of a
+    // set of lines. Not owned; null for nobody.
+    void SetAnalyser(IJTagAnalyser* analyser, std::int32_t mode) noexcept {
+        Analyser = analyser;
+        AnalyserMode = mode;
+    }
+
+    std::uint32_t GetMask_TCK() const noexcept { return Mask_TCK; }
+    std::uint32_t GetMask_TDO() const noexcept { return Mask_TDO; }
+    std::uint32_t GetMask_TDI() const noexcept { return Mask_TDI; }
+    std::uint32_t GetMask_TMS() const noexcept { return Mask_TMS; }
+
     // Claims the port and brings the background and all signals at 0 to it.
     void Activate();
     // Leaves DataFinal behind.
@@ -47,7 +61,11 @@ public:
 private:
     void ApplySignals(std::uint8_t startData, std::uint8_t tck, std::uint8_t tdi, std::uint8_t tms);
 
+    void Tell(std::uint8_t tck, std::uint8_t tms, std::uint8_t tdi);
+
     IParallelPort* Port = nullptr;
+    IJTagAnalyser* Analyser = nullptr;
+    std::int32_t AnalyserMode = 0;
     std::uint8_t SavedData = 0; // as found when the channel became active
 };
 

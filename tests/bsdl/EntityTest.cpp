@@ -66,8 +66,8 @@ TEST(BsdlEntity, ReadsPinMapsAsTheyAreWritten) {
         const auto entity = ReadBsdl(WithPinMap("A : in bit", map));
         std::string text;
         for (const auto& mapping : entity->PinMappings) {
-            text += (text.empty() ? "" : ";") + std::string(mapping->PinName) + "=" +
-                    std::string(mapping->PinNumber);
+            text.append(text.empty() ? "" : ";").append(mapping->PinName);
+            text.append("=").append(mapping->PinNumber);
         }
         EXPECT_EQ(text, expected) << map;
     }
@@ -297,9 +297,10 @@ TEST(BsdlEntity, BoundsWhatAFileCanAskFor) {
     ASSERT_EQ(wide->RegisterAssociations.size(), 1U);
     EXPECT_EQ(wide->RegisterAssociations[0]->OpCodes.size(), 200'001U);
     EXPECT_EQ(wide->RegisterAssociations[0]->Text().size(), TRegisterAssociation::TextLimit);
-    const std::string nested = std::string(500'000, '(') + std::string(499'999, ')');
+    std::string nested = "0 ";
+    nested.append(500'000, '(').append(499'999, ')');
     std::int32_t cells = -1;
-    EXPECT_EQ(WithBoundary("0 " + nested)->GetBoundaryCellCount(cells), StatusOk);
+    EXPECT_EQ(WithBoundary(nested)->GetBoundaryCellCount(cells), StatusOk);
     EXPECT_EQ(cells, 0);
 }
 
@@ -316,17 +317,12 @@ TEST(NaturalSort, AgreesWithTheNaturalOrder) {
     }
     names.push_back(std::string(300, '9'));
     names.push_back(std::string(299, '9'));
-    std::vector<std::unique_ptr<std::string>> sorted;
-    for (const std::string& name : names) {
-        sorted.push_back(std::make_unique<std::string>(name));
-    }
+    std::vector<std::string> sorted = names;
     SortNatural(sorted, [](const std::string& name) { return std::string_view(name); });
     std::stable_sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
         return CompareNatural(a, b) < 0;
     });
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        EXPECT_EQ(*sorted[i], names[i]);
-    }
+    EXPECT_EQ(sorted, names);
 }
 
 } // namespace

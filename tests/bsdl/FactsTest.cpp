@@ -242,9 +242,9 @@ private:
             if (colon != std::string::npos) {
                 const std::string name = piece.substr(0, colon);
                 const std::string numbers = Without(piece.substr(colon + 1), "()");
-                lines.push_back(name + "|" + numbers);
+                lines.push_back(Join({name, numbers}, '|'));
                 for (const std::string& number : SplitOutside(numbers, ',')) {
-                    pins.insert(name + ":" + number);
+                    pins.insert(Join({name, number}, ':'));
                 }
             }
         }

@@ -6,7 +6,6 @@ namespace vorel {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 TEST(VHDLTokens, StandInTheirPlaces) {

@@ -103,6 +103,7 @@ TEST(Board, SpiBytesOfThePodAgreeWithTheBitsOnTheBus) {
     for (const bool single : {false, true}) {
         select(true);
         std::vector<std::uint8_t> id;
+        id.reserve(command.size());
         for (const std::uint8_t sent : command) {
             id.push_back(single ? channel.TJTagChannel::DoSpiExchangeByte(sent)
                                 : channel.DoSpiExchangeByte(sent));

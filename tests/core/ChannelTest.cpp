@@ -154,8 +154,8 @@ TEST(Channel, TransferFailuresComeBackAsStatusAndLeaveTheReadClosed) {
 
 // The port of a channel that stands alone.
 struct TLonePort : TJtagPortOf<IJTagUsbPort> {
-    explicit TLonePort(const TCoreContext& context) :
-        Channel({"Hard-Devices", 0, true}, *this, nullptr, nullptr, context) {}
+    explicit TLonePort(const TCoreContext& context)
+        : Channel({"Hard-Devices", 0, true}, *this, nullptr, nullptr, context) {}
     std::string DoGetName() override { return {}; }
     std::string DoGetDescription() override { return {}; }
     bool DoIsPresent() override { return false; }

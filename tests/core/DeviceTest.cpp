@@ -55,8 +55,7 @@ private:
 };
 
 // A chain whose middle device samples its pins and has two names: "part", with a file, and "bare".
-class Device : public ::testing::Test, protected TRig {
-protected:
+struct Device : ::testing::Test, TRig {
     Device() {
         fs::create_directories(Folder / "BSDL/Maker/Parts");
         Host.Library = Folder.string();

@@ -40,7 +40,8 @@ TEST(PortList, KeepsPortsOfPodsThatAreGone) {
 
 TEST(PortList, TakesTicksFrom1To255) {
     TRig rig;
-    for (const auto& [ticks, kept] : {std::pair{255, 255}, {0, 255}, {256, 255}, {-4, 255}, {1, 1}}) {
+    for (const auto& [ticks, kept] :
+         {std::pair{255, 255}, {0, 255}, {256, 255}, {-4, 255}, {1, 1}}) {
         EXPECT_EQ(rig.Ports.SetJTagTicks(ticks), StatusOk);
         EXPECT_EQ(rig.Context.TicksPerClock, kept) << ticks;
     }
@@ -56,7 +57,9 @@ TEST(UsbPort, TextsAndPresence) {
               "Virtual pod (ID: " + Utf8(id) + ")");
     EXPECT_EQ(Utf8(Get<WideText>([&](auto& t) { return port.GetDescription(t); })),
               "USB JTAG Cable found at address 0.");
-    const auto connected = [&] { return Get<Bool32>([&](auto& b) { return port.IsConnected(b); }); };
+    const auto connected = [&] {
+        return Get<Bool32>([&](auto& b) { return port.IsConnected(b); });
+    };
     EXPECT_EQ(connected(), False32);
     EXPECT_EQ(Get<Bool32>([&](auto& b) { return port.IsPresent(b); }), True32);
     pod.Unplug();

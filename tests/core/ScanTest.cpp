@@ -18,7 +18,7 @@ struct TBareRig : TRig {
 TEST(Scan, FindsDevicesNearestTdiFirstInFewTransfers) {
     TBareRig rig;
     AddTap(rig.Wires, IdA, 5);
-    AddTap(rig.Wires, 0xF0000000 | IdB, 8);          // a version that does not count
+    AddTap(rig.Wires, 0xF0000000 | IdB, 8);            // a version that does not count
     AddTap(rig.Wires, 0xF0000000 | (110U << 1U) | 1U); // and one that does
     const TIds expected{IdA, IdB, 0xF00000DD};
     IJTagPort& port = rig.Port(1);
@@ -44,7 +44,7 @@ TEST(Scan, ChainsThatCannotBeCountedHaveNoDevices) {
         std::int32_t Count;
     };
     const TCase cases[] = {
-        {"empty", 0, WireFault::None, 0},        {"one", 1, WireFault::None, 1},
+        {"empty", 0, WireFault::None, 0},         {"one", 1, WireFault::None, 1},
         {"stuck low", 2, WireFault::StuckLow, 0}, {"stuck high", 2, WireFault::StuckHigh, 0},
         {"looped", 2, WireFault::Loop, 0},        {"longest", 910, WireFault::None, 910},
         {"one more", 911, WireFault::None, 0},    {"too long", 1000, WireFault::None, 0}};
@@ -151,12 +151,13 @@ TEST(Scan, SurvivesAPodThatGoesAtAnyTransfer) {
             reached = !rig.Pod.IsPlugged();
             TJTagChannel& channel = HardChain(port);
             if (reached) {
-                EXPECT_TRUE(Failed(status) || found == False32) << n;
-                EXPECT_EQ(channel.DeviceCount(), 0) << n;
+                // Only the last transfer of all may still let it succeed.
+                const bool succeeded = Succeeded(status) && found != False32;
+                EXPECT_EQ(channel.DeviceCount(), succeeded ? 2 : 0) << n;
                 EXPECT_EQ(Get<Bool32>([&](auto& b) { return port.IsPresent(b); }), False32);
-                rig.Pod.Faults().Clear();
                 rig.Pod.Plug();
             }
+            rig.Pod.Faults().Clear();
             ASSERT_TRUE(Detect(rig.Port(1))) << n;
             EXPECT_EQ(IdsOn(channel), (TIds{IdA, IdB})) << n;
             EXPECT_FALSE(rig.Pod.Firmware()->State().Session) << n;

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <deque>
 #include <string>
@@ -111,7 +112,8 @@ public:
             return UsbError::DeviceFailed;
         }
         const std::string answer = ControlAnswer(code, static_cast<const unsigned char*>(input));
-        std::memcpy(output, answer.data(), std::min<std::size_t>(answer.size(), outputSize));
+        std::copy_n(answer.data(), std::min<std::size_t>(answer.size(), outputSize),
+                    static_cast<char*>(output));
         At(request) = {0, static_cast<std::uint32_t>(answer.size()), false};
         return ControlLater ? UsbError::Pending : 0;
     }

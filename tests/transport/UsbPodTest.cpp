@@ -143,8 +143,8 @@ TEST_F(UsbPod, AFullBatchGoesByItself) {
     Port.Clock(false, true, false, true);
     const std::vector<std::string> writes = Usb.TakeWrites();
     ASSERT_EQ(writes.size(), 1U);
-    EXPECT_EQ(writes[0].size(), 512 * 3 - 1U);
-    EXPECT_EQ(writes[0].substr(506 * 3), "55 64 02 61 00 10");
+    EXPECT_EQ(writes[0].size(), 512U * 3 - 1);
+    EXPECT_EQ(writes[0].substr(std::size_t{506} * 3), "55 64 02 61 00 10");
 }
 
 TEST_F(UsbPod, AnswersBecomeTextWithTheFirstBitRightmost) {

@@ -1,0 +1,108 @@
+// vorelctl as a user runs it: the program of the build tree on shipped scenes, its output compared
+// with golden files, and its exit statuses.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+namespace {
+
+struct TRun {
+    std::string Output; // stdout and stderr
+    int ExitStatus = -1;
+};
+
+TRun RunVorelctl(const std::string& arguments) {
+    // A home of its own: the driver cache of these runs must not be the user's.
+    const std::filesystem::path home =
+        std::filesystem::temp_directory_path() / "vorelctl-test-home";
+    const std::string command = "cd / && XDG_DATA_HOME='" + home.string() + "' XDG_CONFIG_HOME='" +
+                                home.string() + "' '" VOREL_TREE "/System/vorelctl' " + arguments +
+                                " 2>&1";
+    TRun run;
+    FILE* pipe = popen(command.c_str(), "r");
+    std::array<char, 4096> block{};
+    while (const std::size_t size = fread(block.data(), 1, block.size(), pipe)) {
+        run.Output.append(block.data(), size);
+    }
+    const int status = pclose(pipe);
+    run.ExitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Vorelctl, PrintsWhatTheScenesHold) {
+    struct Case {
+        const char* Scene;
+        int ExitStatus;
+    };
+    for (const Case& c : {Case{"default", 0}, Case{"three_devices", 0}, Case{"empty_chain", 1},
+                          Case{"broken_chain", 1}, Case{"stuck_low", 1}, Case{"loop", 1}}) {
+        const TRun run = RunVorelctl(std::string("scan --scene ") + c.Scene + ".ini");
+        const std::string golden =
+            std::string(VOREL_SOURCE_DIR "/tests/hosts/golden/scan_") + c.Scene + ".txt";
+        EXPECT_EQ(run.Output, ReadFile(golden)) << "golden file: " << golden;
+        EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Scene;
+    }
+}
+
+TEST(Vorelctl, PrintsTheSameAsJson) {
+    const TRun run = RunVorelctl("scan --json --scene broken_chain.ini");
+    EXPECT_EQ(run.Output, ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/scan_broken_chain.json"));
+    EXPECT_EQ(run.ExitStatus, 1);
+}
+
+TEST(Vorelctl, SaysWhyAChainIsTooLongOrOutOfStep) {
+    const std::string scene =
+        (std::filesystem::temp_directory_path() / "vorelctl-test-scene.ini").string();
+    std::ofstream(scene) << "[pod]\n[hard]\ndevice = A id=0BA00477 ir=4 x1000\n";
+    EXPECT_NE(RunVorelctl("scan --scene " + scene)
+                  .Output.find("Too long: 1000 devices answer, and 910 are the most"),
+              std::string::npos);
+    std::ofstream(scene) << "[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\ndevice = B id=none ir=5\n"
+                            "device = C id=3BA00477 ir=4\n";
+    const std::string output = RunVorelctl("scan --scene " + scene).Output;
+    EXPECT_NE(output.find("      0  0x0BA00477\n      1  no id register\n      2  0x3BA00477\n"),
+              std::string::npos)
+        << output;
+    std::filesystem::remove(scene);
+}
+
+TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
+    struct Case {
+        const char* Arguments;
+        int ExitStatus;
+        const char* Says;
+    };
+    const Case cases[] = {
+        {"--version", 0, "vorelctl "},
+        {"--help", 0, "usage:"},
+        {"scan --help", 0, "--bitbang HOST:PORT"},
+        {"", 2, "usage:"},
+        {"nonsense", 2, "There is no command \"nonsense\""},
+        {"scan --nonsense", 2, "--nonsense"},
+        {"scan --usb --scene x", 2, "Choose one of"},
+        {"serve --scene default.ini", 2, "--chain"},
+        {"serve --scene default.ini --chain x --port 0", 2, "hard, soft and board"},
+        {"scan --scene /nowhere.ini", 3, "/nowhere.ini"},
+        {"scan --bitbang 127.0.0.1:1", 3, "127.0.0.1:1: Connection refused"},
+        {"scan --bitbang nonsense", 3, "HOST:PORT"},
+    };
+    for (const Case& c : cases) {
+        const TRun run = RunVorelctl(c.Arguments);
+        EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Arguments;
+        EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Arguments << ": " << run.Output;
+    }
+}
+
+} // namespace
