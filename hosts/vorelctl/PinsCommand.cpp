@@ -130,6 +130,10 @@ void CheckFits(IJTagDevice& device, IBSDLEntity& entity) {
     if (sample == -1) {
         Fail("The BSDL file has no SAMPLE instruction.");
     }
+    std::int32_t cells = 0;
+    if (Failed(entity.GetBoundaryCellCount(cells))) {
+        Fail("The boundary cells in the BSDL file are not numbered 0 to n-1, each once.");
+    }
     std::int32_t known = 0;
     std::int32_t told = 0;
     device.GetIrLength(known);

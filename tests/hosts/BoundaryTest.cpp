@@ -35,18 +35,19 @@ std::string TextOf(IVorelDriver& driver, Status (IVorelDriver::*get)(WideText&) 
 }
 
 class Boundary : public testing::Test {
-protected:
-    Boundary() {
-        fs::remove_all(Folder);
-        fs::create_directories(Folder / "Library");
-        fs::create_directory_symlink(VOREL_TREE "/System", Folder / "System");
-    }
+public:
     ~Boundary() override {
         Vorel.Unload();
         SetHostClient(nullptr);
         fs::remove_all(Folder);
     }
 
+protected:
+    Boundary() {
+        fs::remove_all(Folder);
+        fs::create_directories(Folder / "Library");
+        fs::create_directory_symlink(VOREL_TREE "/System", Folder / "System");
+    }
     // Scans a chain of these parts.
     void Open(const std::vector<TPart>& parts) {
         std::string text = "[pod]\n[hard]\n";
