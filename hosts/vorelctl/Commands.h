@@ -31,5 +31,7 @@ const std::vector<const ICommand*>& AllCommands();
 
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
+const ICommand& BsdlCommand();
+const ICommand& PinsCommand();
 
 } // namespace vorel::host
