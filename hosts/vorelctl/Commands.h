@@ -31,5 +31,12 @@ const std::vector<const ICommand*>& AllCommands();
 
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
+const ICommand& VendorsCommand();
+const ICommand& FamiliesCommand();
+const ICommand& DevicesCommand();
+const ICommand& DeviceCommand();
+const ICommand& IdCommand();
+const ICommand& CacheCommand();
+const ICommand& MappingCommand();
 
 } // namespace vorel::host
