@@ -75,4 +75,9 @@ std::unique_ptr<IHardware> OpenMachine() {
     return std::make_unique<TMachineHardware>();
 }
 
+std::unique_ptr<IHardware> OpenNoHardware() {
+    return std::make_unique<TVirtualHardware>(std::make_unique<sim::TSimUsbServices>(),
+                                              "no hardware");
+}
+
 } // namespace vorel::host

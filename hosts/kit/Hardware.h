@@ -31,5 +31,7 @@ public:
 std::unique_ptr<IHardware> OpenScene(const std::filesystem::path& file);
 std::unique_ptr<IHardware> OpenBitbang(const std::string& address); // HOST:PORT
 std::unique_ptr<IHardware> OpenMachine();
+// No hardware at all, not even the machine's own: for work with what is known about devices.
+std::unique_ptr<IHardware> OpenNoHardware();
 
 } // namespace vorel::host

@@ -1,23 +1,14 @@
 #include "hosts/kit/ScanReport.h"
 #include "hosts/vorelctl/Commands.h"
+#include "hosts/vorelctl/Progress.h"
 #include "hosts/vorelctl/ScanText.h"
 #include "hosts/vorelctl/Session.h"
-
-#include <unistd.h>
 
 #include <cstdio>
 
 namespace vorel::host {
 
 namespace {
-
-// A line that is overwritten while work goes on; nothing where stderr is no terminal.
-void ShowProgress(const std::string& text) {
-    if (isatty(STDERR_FILENO) != 0) {
-        std::fprintf(stderr, "\r\033[K%s", text.c_str());
-        std::fflush(stderr);
-    }
-}
 
 class TScanCommand final : public ICommand {
 public:

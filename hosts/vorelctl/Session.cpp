@@ -49,8 +49,12 @@ std::vector<TOption> HardwareOptions() {
     };
 }
 
-TSession::TSession(const TArguments& arguments)
-    : Chosen(OpenChosen(arguments)),
+TSession::TSession(const TArguments& arguments) : TSession(OpenChosen(arguments)) {}
+
+TSession::TSession() : TSession(OpenNoHardware()) {}
+
+TSession::TSession(std::unique_ptr<IHardware> hardware)
+    : Chosen(std::move(hardware)),
       Host(TInstallation::OfThisProgram(), TUserFolders::OfThisUser()) {
     Host.UseUsb(&Chosen->Usb());
     Host.OnMessage = [](const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); };
@@ -64,6 +68,14 @@ TSession::TSession(const TArguments& arguments)
 TSession::~TSession() {
     Vorel.Unload();
     SetHostClient(nullptr);
+}
+
+IDeviceManager& TSession::Devices() const {
+    IDeviceManager* const manager = Vorel.DeviceManager();
+    if (manager == nullptr) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault, "The library made no device manager.");
+    }
+    return *manager;
 }
 
 } // namespace vorel::host

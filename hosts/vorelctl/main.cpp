@@ -9,8 +9,10 @@
 namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
-    static const std::vector<const ICommand*> commands{&ScanCommand(), &PinsCommand(),
-                                                       &BsdlCommand(), &ServeCommand()};
+    static const std::vector<const ICommand*> commands{
+        &ScanCommand(),     &PinsCommand(),    &BsdlCommand(),   &VendorsCommand(),
+        &FamiliesCommand(), &DevicesCommand(), &DeviceCommand(), &IdCommand(),
+        &MappingCommand(),  &CacheCommand(),   &ServeCommand()};
     return commands;
 }
 
@@ -20,7 +22,7 @@ std::string HelpText() {
     std::string text = "vorelctl drives JTAG chains through VorelManager.\n\n"
                        "usage: vorelctl COMMAND [OPTION...]\n\ncommands:\n";
     for (const ICommand* command : AllCommands()) {
-        text += "  " + PadRight(command->Name(), 8) + std::string(command->Summary()) + "\n";
+        text += "  " + PadRight(command->Name(), 10) + std::string(command->Summary()) + "\n";
     }
     return text + "\nvorelctl COMMAND --help tells more. vorelctl --version prints the version.\n"
                   "Exit status: 0 done, 1 nothing found or failed, 2 wrong usage, 3 a file, "

@@ -1,10 +1,9 @@
 // vorelctl as a user runs it: the program of the build tree on shipped scenes, its output compared
 // with golden files, and its exit statuses.
+#include "hosts/RunProgram.h"
+
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,27 +13,12 @@
 
 namespace {
 
-struct TRun {
-    std::string Output; // stdout and stderr
-    int ExitStatus = -1;
-};
+using vorel::host::TRun;
 
 TRun RunVorelctl(const std::string& arguments, const std::string& folder = "/") {
-    // A home of its own: the driver cache of these runs must not be the user's.
     const std::filesystem::path home =
         std::filesystem::temp_directory_path() / "vorelctl-test-home";
-    const std::string command = "cd '" + folder + "' && XDG_DATA_HOME='" + home.string() +
-                                "' XDG_CONFIG_HOME='" + home.string() +
-                                "' '" VOREL_TREE "/System/vorelctl' " + arguments + " 2>&1";
-    TRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    std::array<char, 4096> block{};
-    while (const std::size_t size = fread(block.data(), 1, block.size(), pipe)) {
-        run.Output.append(block.data(), size);
-    }
-    const int status = pclose(pipe);
-    run.ExitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return vorel::host::RunProgram(VOREL_TREE "/System/vorelctl", home.string(), arguments, folder);
 }
 
 std::string ReadFile(const std::string& path) {
