@@ -21,7 +21,8 @@ class TSession {
 public:
     // Opens the hardware that the arguments name, the default scene without any, and loads the
     // library on it. ECommandFailure with WrongUsage or EnvironmentFault.
-    explicit TSession(const TArguments& arguments);
+    // `analyser` is told of all traffic; not owned, null for none, outlives the session.
+    explicit TSession(const TArguments& arguments, IJTagAnalyser* analyser = nullptr);
     ~TSession();
     TSession(const TSession&) = delete;
     TSession& operator=(const TSession&) = delete;
