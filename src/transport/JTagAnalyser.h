@@ -58,9 +58,8 @@ public:
     Status Save() noexcept override;
 
 private:
-    template<class... Parameters, class... Arguments>
-    Status Forward(void (ITrafficRecorder::*operation)(Parameters...),
-                   const Arguments&... arguments) noexcept;
+    template<class Call>
+    Status Forward(const Call& call) noexcept;
 };
 
 } // namespace vorel
