@@ -1,4 +1,5 @@
-// A scene: which pods are plugged in and what stands in front of each, read from an ini file.
+// A scene: which pods and parallel-port cables are plugged in and what stands in front of each,
+// read from an ini file.
 //
 // Lines that are empty or begin with ';' or '#' are comments. Names of sections and keys compare
 // without case. A key or section that is not listed here, one that is given twice (except
@@ -13,7 +14,22 @@
 //   remote = HOST:PORT          the pod drives hardware behind a remote_bitbang server (mode 1,
 //                               select 0); it has no sections of its own then
 //
-// The sections that follow belong to that pod, each at most once:
+//   [cable]                     a PC's parallel port with a cable on it; [cable NAME] the same
+//   address = 378               base address of the port, hexadecimal; default 378
+//   board = PlainHardChain      wired as the board file of this name: PlainHardChain,
+//   ControlSignals
+//                               or MultiplexedBoard; default PlainHardChain
+//   wires = tck=D1 tms=D2 tdi=D0 tdo=S4
+//                               instead of `board`: the line of the connector for each JTAG wire,
+//                               a register (D data, S status, C control) and a bit. The wires lead
+//                               to the hard chain or, with a [board], to what the board's
+//                               multiplexer connects
+//   board_wires = ...           the same for the board's controller chain
+//
+// Only a cable with wires for a controller chain has a section [board], and only with a board it
+// has a section [soft].
+//
+// The sections that follow belong to that pod or cable, each at most once:
 //
 //   [board]                     the target has a board around it: its controller chain. Without any
 //                               device line there is one controller "Lumaplate", id 1B8C0B01, ir=8
@@ -49,12 +65,13 @@
 //
 // A device line of [spi] is a label and id=HEX, the three id bytes (6 digits).
 //
-// Limits: 1 MiB of text, 64 pods; on the chains of all pods together 10,000 devices and 4,000,000
-// boundary cells and instructions of BSDL devices.
+// Limits: 1 MiB of text, 64 pods and cables; on all their chains together 10,000 devices and
+// 4,000,000 boundary cells and instructions of BSDL devices.
 #pragma once
 
 #include "simulator/BoundaryRegister.h"
 #include "simulator/Chain.h"
+#include "simulator/ParallelCable.h"
 #include "simulator/SimPod.h"
 #include "support/Errors.h"
 
@@ -98,9 +115,8 @@ struct SceneSpiDevice {
     std::uint32_t Id = 0;
 };
 
-struct ScenePod {
-    UsbIdentity Identity;
-    std::string Remote; // HOST:PORT; empty for a pod with a virtual target
+// What stands in front of a pod or a cable.
+struct SceneTarget {
     bool HasBoard = false;
     unsigned BusyReads = 0;
     SceneChain Board;
@@ -108,11 +124,23 @@ struct ScenePod {
     SceneChain Soft;
     std::vector<SceneSpiDevice> Spi;
 
-    // Makes the target (board and chains) that the pod describes.
+    // Makes the board and the chains.
     std::unique_ptr<TTarget> CreateTarget() const;
+};
+
+struct ScenePod : SceneTarget {
+    UsbIdentity Identity;
+    std::string Remote; // HOST:PORT; empty for a pod with a virtual target
+
     // Makes the pod with its target. A remote pod connects now: EVorelError names host, port and
     // the reason when that fails.
     std::unique_ptr<TSimPod> CreatePod() const;
+};
+
+struct SceneCable : SceneTarget {
+    std::uint16_t Address = 0x378;
+    CableWiring Wires;
+    std::optional<CableWiring> BoardWires;
 };
 
 class TScene final {
@@ -127,11 +155,14 @@ public:
     // Reads a text; `fileName` stands in error texts and its folder is where paths start.
     static TScene Parse(std::string_view text, const std::string& fileName = "scene");
 
-    // The pods in the order of the file, at least one.
+    // In the order of the file, at least one pod or cable.
     std::vector<ScenePod> Pods;
+    std::vector<SceneCable> Cables;
 
     // USB services with a pod for each of the scene's pods, in order.
     std::unique_ptr<TSimUsbServices> CreateUsb() const;
+    // Parallel ports with a cable for each of the scene's cables, in order; perhaps none.
+    std::unique_ptr<TSimParallelPorts> CreateParallelPorts() const;
 };
 
 } // namespace vorel::sim

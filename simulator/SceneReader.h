@@ -19,8 +19,8 @@ class TSceneReader final {
 public:
     explicit TSceneReader(std::string fileName) : FileName(std::move(fileName)) {}
 
-    // The pods of a scene; ESceneError.
-    std::vector<ScenePod> Read(std::string_view text);
+    // Fills an empty scene; ESceneError.
+    void Read(std::string_view text, TScene& scene);
 
 private:
     using Entry = TIniFile::Entry;
@@ -31,10 +31,16 @@ private:
 
     void ReadSection(const TIniFile::Section& section);
     void BeginPod(const TIniFile::Section& section);
+    void BeginCable(const TIniFile::Section& section);
+    void BeginTarget(const TIniFile::Section& section);
+    void CheckOwner(const TIniFile::Section& section, const std::string& name) const;
     void ReadKeys(const TIniFile::Section& section, KeyReader reader, const char* keys);
-    void FinishPod();
+    void FinishTarget();
 
     bool ReadPodKey(const Entry& entry);
+    bool ReadCableKey(const Entry& entry);
+    CableWiring ReadWiring(const Entry& entry);
+    PortLine ReadLine(std::string_view text, bool isTdo, std::size_t line) const;
     bool ReadBoardKey(const Entry& entry);
     bool ReadChainKey(const Entry& entry);
     bool ReadSpiKey(const Entry& entry);
@@ -55,7 +61,10 @@ private:
                            const char* what, std::size_t line) const;
 
     std::string FileName;
-    std::vector<ScenePod> Pods;
+    TScene* Scene = nullptr;
+    SceneTarget* Target = nullptr; // the pod or cable that is being read
+    ScenePod* Pod = nullptr;       // the same, when it is a pod
+    SceneCable* Cable = nullptr;   // the same, when it is a cable
     std::size_t DeviceCount = 0;
     std::size_t CellCount = 0;
     std::size_t SpiLine = 0;                                      // of the latest SPI device

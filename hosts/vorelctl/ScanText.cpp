@@ -100,7 +100,7 @@ std::string ScanAsText(const TScanReport& report) {
     for (const TPortReport& port : report.Ports) {
         text += "\n" + PortText(port);
     }
-    if (report.Ports.size() < 2) {
+    if (report.Ports.size() < 2 && !report.FoundChain()) {
         text += "\nNo pod was found.\n";
     }
     if (!report.Notes.empty()) {

@@ -21,7 +21,8 @@ class TSession {
 public:
     // Opens the hardware that the arguments name, the default scene without any, and loads the
     // library on it. ECommandFailure with WrongUsage or EnvironmentFault.
-    explicit TSession(const TArguments& arguments);
+    // `analyser` is told of all traffic; not owned, null for none, outlives the session.
+    explicit TSession(const TArguments& arguments, IJTagAnalyser* analyser = nullptr);
     // Loads the library without hardware, for questions about what it knows. ECommandFailure with
     // EnvironmentFault.
     TSession();
@@ -35,7 +36,7 @@ public:
     IDeviceManager& Devices() const;
 
 private:
-    explicit TSession(std::unique_ptr<IHardware> hardware);
+    TSession(std::unique_ptr<IHardware> hardware, IJTagAnalyser* analyser);
 
     std::unique_ptr<IHardware> Chosen;
     TPlainHost Host;

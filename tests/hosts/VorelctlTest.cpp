@@ -32,7 +32,8 @@ TEST(Vorelctl, PrintsWhatTheScenesHold) {
         int ExitStatus;
     };
     for (const Case& c : {Case{"default", 0}, Case{"three_devices", 0}, Case{"empty_chain", 1},
-                          Case{"broken_chain", 1}, Case{"stuck_low", 1}, Case{"loop", 1}}) {
+                          Case{"broken_chain", 1}, Case{"stuck_low", 1}, Case{"loop", 1},
+                          Case{"cable", 0}, Case{"cable_board", 0}}) {
         const TRun run = RunVorelctl(std::string("scan --scene ") + c.Scene + ".ini");
         const std::string golden =
             std::string(VOREL_SOURCE_DIR "/tests/hosts/golden/scan_") + c.Scene + ".txt";
@@ -87,6 +88,36 @@ TEST(Vorelctl, SamplesPinsAndMarksChanges) {
         EXPECT_NE(wrong.Output.find(says), std::string::npos) << wrong.Output;
     }
     std::filesystem::remove(scene);
+}
+
+// From the first line that tells of chains to the empty line behind the port.
+std::string ChainsOf(const std::string& output, const std::string& port) {
+    const std::size_t start = output.find("was detected", output.find(port));
+    return output.substr(start, output.find("\n\n", start) - start);
+}
+
+TEST(Vorelctl, FindsTheSameBehindACableAndBehindAPod) {
+    const std::string cable =
+        ChainsOf(RunVorelctl("scan --scene cable_board.ini").Output, "Port 0");
+    std::string pod = ChainsOf(RunVorelctl("scan --scene default.ini").Output, "Port 1");
+    pod.resize(pod.find_last_not_of('\n') + 1);
+    EXPECT_EQ(cable, pod);
+    EXPECT_NE(cable.find("XC3S50"), std::string::npos);
+}
+
+TEST(Vorelctl, RecordsTheTrafficOfAScan) {
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vorelctl-record";
+    std::filesystem::create_directories(folder);
+    const TRun run = RunVorelctl("scan --scene cable.ini --record " + (folder / "a").string());
+    EXPECT_EQ(run.ExitStatus, 0);
+    EXPECT_NE(run.Output.find("The traffic was recorded: "), std::string::npos);
+    EXPECT_EQ(ReadFile((folder / "a_JTAG.txt").string()).rfind("0: Mode:1 TMS:0 TDI:0 TCK:0\n", 0),
+              0U);
+    EXPECT_EQ(ReadFile((folder / "a_JTAGOut.txt").string()).rfind("0: -\n", 0), 0U);
+    EXPECT_NE(ReadFile((folder / "a.vcd").string()).find("$enddefinitions"), std::string::npos);
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(RunVorelctl("scan --record /no/such/folder/a").ExitStatus, 3);
+    EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
 }
 
 TEST(Vorelctl, SaysWhyAChainIsTooLongOrOutOfStep) {
