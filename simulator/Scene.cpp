@@ -1,5 +1,7 @@
 #include "simulator/Scene.h"
 
+#include "simulator/DebugUnit.h"
+#include "simulator/MemoryInstrument.h"
 #include "simulator/RemoteBitbangLines.h"
 #include "simulator/SceneReader.h"
 #include "simulator/SimUsbServices.h"
@@ -16,7 +18,7 @@ namespace {
 void Fill(TChain& chain, const SceneChain& scene) {
     for (const SceneDevice& device : scene.Devices) {
         for (std::size_t i = 0; i < device.Count; ++i) {
-            chain.Add(std::make_unique<TTapDevice>(device.Settings));
+            chain.Add(device.Create());
             chain.SetWireFault(chain.DeviceCount() - 1, device.Fault);
         }
     }
@@ -38,6 +40,17 @@ void Fill(TBoard& board, const ScenePod& pod) {
 }
 
 } // namespace
+
+std::unique_ptr<TTapDevice> SceneDevice::Create() const {
+    switch (Kind) {
+    case SceneKind::Processor:
+        return std::make_unique<TDebugUnit>(Settings);
+    case SceneKind::Memory:
+        return std::make_unique<TMemoryInstrument>(Settings);
+    default:
+        return std::make_unique<TTapDevice>(Settings);
+    }
+}
 
 std::unique_ptr<TTarget> ScenePod::CreateTarget() const {
     auto target = std::make_unique<TTarget>();

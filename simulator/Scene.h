@@ -37,11 +37,15 @@
 //   idcode=BITS                 the instruction IDCODE, N digits 0 or 1
 //   tdo=FAULT                   a fault on the device's own TDO: open (the chain is broken behind
 //                               it), stuck_low, stuck_high, loop
+//   kind=KIND                   on [soft] only: processor (DebugUnit.h) or memory
+//                               (MemoryInstrument.h); ir has to be 4 or more then. Without it the
+//                               device is a TAP with IDCODE and BYPASS
 //   xN                          N such devices one behind another, 1 to 10000
 //
 // A device line of [spi] is a label and id=HEX, the three id bytes (6 digits).
 //
-// Limits: 1 MiB of text, 64 pods, 10,000 devices on the chains of all pods together.
+// Limits: 1 MiB of text, 64 pods, 10,000 devices on the chains of all pods together, 64 of them
+// with a kind.
 #pragma once
 
 #include "simulator/Chain.h"
@@ -65,11 +69,17 @@ public:
     explicit ESceneError(const std::string& text) : EVorelError(StatusBadArgument, text) {}
 };
 
+enum class SceneKind : std::uint8_t { Plain, Processor, Memory };
+
 // `Count` equal devices one behind another.
 struct SceneDevice {
     TapSettings Settings;
+    SceneKind Kind = SceneKind::Plain;
     WireFault Fault = WireFault::None;
     std::size_t Count = 1;
+
+    // One of them. EVorelError for settings that do not fit.
+    std::unique_ptr<TTapDevice> Create() const;
 };
 
 struct SceneChain {
@@ -104,6 +114,7 @@ public:
     static constexpr std::size_t MaxTextSize = 1'048'576;
     static constexpr std::size_t MaxPods = 64;
     static constexpr std::size_t MaxDevices = TChain::MaxDevices;
+    static constexpr std::size_t MaxSoftDevices = 64; // with a kind: each holds a memory
 
     // Reads a file. ESceneError; a file that cannot be read gives one with the reason.
     static TScene Load(const std::string& path);

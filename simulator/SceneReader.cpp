@@ -14,7 +14,7 @@ constexpr std::size_t MaxNameUnits = 126;
 constexpr unsigned MaxBusyReads = 1'000'000;
 constexpr const char* FaultNames = "open, stuck_low, stuck_high or loop";
 constexpr const char* DeviceItems =
-    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT or xN";
+    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, kind=KIND, tdo=FAULT or xN";
 
 std::string Quoted(std::string_view text) {
     std::string result(1, '"');
@@ -181,6 +181,13 @@ bool TSceneReader::ReadChainKey(const Entry& entry) {
     if (DeviceCount > TScene::MaxDevices) {
         Fail(entry.Line, "a scene has at most " + std::to_string(TScene::MaxDevices) + " devices");
     }
+    if (device.Kind != SceneKind::Plain) {
+        SoftDeviceCount += device.Count;
+        if (Chain != &Pods.back().Soft || SoftDeviceCount > TScene::MaxSoftDevices) {
+            Fail(entry.Line, "a device with a kind belongs on [soft], and a scene has at most " +
+                                 std::to_string(TScene::MaxSoftDevices) + " of them");
+        }
+    }
     Chain->Devices.push_back(std::move(device));
     return true;
 }
@@ -268,6 +275,8 @@ void TSceneReader::ReadDeviceItem(SceneDevice& device, std::string_view item, st
         settings.IrCapture = value;
     } else if (key == "idcode") {
         settings.IdcodeInstruction = value;
+    } else if (key == "kind") {
+        device.Kind = ReadKind(value, line);
     } else if (key == "tdo") {
         device.Fault = ReadFault(value, line);
     } else {
@@ -287,11 +296,21 @@ void TSceneReader::CheckDevice(const SceneDevice& device, bool isController,
         if (isController) {
             TBoardController(device.Settings, {});
         } else {
-            TTapDevice trial(device.Settings);
+            device.Create();
         }
     } catch (const EVorelError& error) {
         Fail(line, error.what());
     }
+}
+
+SceneKind TSceneReader::ReadKind(std::string_view text, std::size_t line) const {
+    if (SameText(text, "processor")) {
+        return SceneKind::Processor;
+    }
+    if (SameText(text, "memory")) {
+        return SceneKind::Memory;
+    }
+    Fail(line, "unknown kind " + Quoted(text) + "; processor or memory is expected");
 }
 
 WireFault TSceneReader::ReadFault(std::string_view text, std::size_t line) const {

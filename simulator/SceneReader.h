@@ -42,6 +42,7 @@ private:
     void CheckDevice(const SceneDevice& device, bool isController, std::size_t line) const;
     std::vector<std::string> ItemsOf(const Entry& entry);
     void SplitItem(std::string_view item, std::string& key, std::string& value, std::size_t line);
+    SceneKind ReadKind(std::string_view text, std::size_t line) const;
     WireFault ReadFault(std::string_view text, std::size_t line) const;
     std::uint64_t ReadHex(std::string_view text, std::uint64_t largest, const char* what,
                           std::size_t line) const;
@@ -51,6 +52,7 @@ private:
     std::string FileName;
     std::vector<ScenePod> Pods;
     std::size_t DeviceCount = 0;
+    std::size_t SoftDeviceCount = 0;     // those with a kind
     std::size_t SpiLine = 0;             // of the latest SPI device
     std::set<std::string> SectionsOfPod; // lower case
     std::set<std::string> ItemsOfDevice; // lower case
