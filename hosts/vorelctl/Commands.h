@@ -29,6 +29,7 @@ public:
 // All commands in the order of the help.
 const std::vector<const ICommand*>& AllCommands();
 
+const ICommand& DebugCommand();
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
 

@@ -27,6 +27,7 @@ public:
     TSession& operator=(const TSession&) = delete;
 
     TVorelLibrary& Library() noexcept { return Vorel; }
+    IHostClient& Client() noexcept { return Host; }
     const IHardware& Hardware() const noexcept { return *Chosen; }
 
 private:

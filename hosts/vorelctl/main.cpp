@@ -9,7 +9,8 @@
 namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
-    static const std::vector<const ICommand*> commands{&ScanCommand(), &ServeCommand()};
+    static const std::vector<const ICommand*> commands{&ScanCommand(), &ServeCommand(),
+                                                       &DebugCommand()};
     return commands;
 }
 
