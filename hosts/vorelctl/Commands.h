@@ -30,6 +30,8 @@ public:
 const std::vector<const ICommand*>& AllCommands();
 
 const ICommand& DebugCommand();
+// load, run, regs and their like: one command of a debugging session each.
+std::vector<const ICommand*> SingleDebugCommands();
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
 

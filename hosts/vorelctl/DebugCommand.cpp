@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <deque>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -132,9 +134,61 @@ ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
     TDebugger debugger(session.Client(), target, ShowProgress);
     Print(target.Name() + " at place " + std::to_string(target.Place()) + " of the soft chain\n");
     if (fileName) {
+        debugger.SetFolder(std::filesystem::path(*fileName).parent_path());
         return TConversation(script, debugger, true).Run();
     }
     return TConversation(std::cin, debugger, false).Run();
+}
+
+// One command of a session as a command of its own.
+class TSingleCommand final : public ICommand {
+public:
+    explicit TSingleCommand(const TDebugger::TCommand& command)
+        : Command(command), UsageText("DEVICE " + std::string(command.Usage)) {}
+    std::string_view Name() const override { return Command.Name; }
+    std::string_view Usage() const override { return UsageText; }
+    std::string_view Summary() const override { return Command.Summary; }
+    std::string_view Details() const override {
+        return "DEVICE is a name or a place on the soft chain. Each call connects anew, so on a "
+               "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
+    }
+    std::vector<TOption> Options() const override {
+        std::vector<TOption> options = HardwareOptions();
+        const std::vector<TOption> own = TDebugger::OptionsOf(Command.Name);
+        options.insert(options.end(), own.begin(), own.end());
+        return options;
+    }
+    ExitStatus Run(const TArguments& arguments) const override;
+
+private:
+    const TDebugger::TCommand& Command;
+    std::string UsageText;
+};
+
+ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
+    if (arguments.Words().empty()) {
+        throw ECommandFailure(ExitStatus::WrongUsage,
+                              std::string(Name()) + " needs a device; see --help.");
+    }
+    // Values behind the first one of --write are plain words here.
+    const bool writes = arguments.Has("--write");
+    const auto& given = arguments.Words();
+    const auto plainEnd = writes && given.size() > 2 ? given.begin() + 2 : given.end();
+    TDebugger::TWords words(given.begin() + 1, plainEnd);
+    for (const TOption& option : TDebugger::OptionsOf(Command.Name)) {
+        if (arguments.Has(option.Name)) {
+            words.emplace_back(option.Name);
+            if (!option.Value.empty()) {
+                words.push_back(*arguments.Find(option.Name));
+            }
+        }
+    }
+    words.insert(words.end(), plainEnd, given.end());
+    TSession session(arguments);
+    TDebugTarget target(session, given[0]);
+    Print(TDebugger(session.Client(), target, ShowProgress)
+              .Execute(std::string(Command.Name), words));
+    return ExitStatus::Ok;
 }
 
 } // namespace
@@ -142,6 +196,15 @@ ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
 const ICommand& DebugCommand() {
     static const TDebugCommand command;
     return command;
+}
+
+std::vector<const ICommand*> SingleDebugCommands() {
+    static std::deque<TSingleCommand> commands;
+    std::vector<const ICommand*> list;
+    for (const TDebugger::TCommand& command : TDebugger::Commands()) {
+        list.push_back(&commands.emplace_back(command));
+    }
+    return list;
 }
 
 } // namespace vorel::host

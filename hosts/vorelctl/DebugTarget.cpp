@@ -100,6 +100,10 @@ bool TDebugTarget::IsRunning() const {
            Get<Bool32>([&](auto& v) { return Chosen->IsReset(v); }) == False32;
 }
 
+bool TDebugTarget::IsProcessor() const {
+    return Get<std::int32_t>([&](auto& v) { return Chosen->GetRegisterCount(v); }) > 0;
+}
+
 std::string TDebugTarget::DriverText(std::int32_t number) const {
     return ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetCoreText111(number, v); }));
 }

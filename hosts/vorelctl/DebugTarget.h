@@ -29,6 +29,7 @@ public:
     // "Running", "Paused" or "Reset", with the reason of the stop where the driver tells one.
     std::string StatusText() const;
     bool IsRunning() const;
+    bool IsProcessor() const;
     // A text that the driver gives under a number; the console's is 0, the reason of a stop 1.
     std::string DriverText(std::int32_t number) const;
 

@@ -56,9 +56,9 @@ std::string Address(std::int64_t address) {
 const std::vector<TDebugger::TCommand>& TDebugger::Commands() {
     static const std::vector<TCommand> commands{
         {"load", "FILE [--address A] [--verify]", "write an object file into the memory",
-         &TDebugger::Load},
+         &TDebugger::Load, false},
         {"save", "ADDRESS COUNT FILE", "write COUNT bytes of memory to a file: .hex, or binary",
-         &TDebugger::Save},
+         &TDebugger::Save, false},
         {"reset", "", "hold the processor in reset", &TDebugger::Reset},
         {"run", "", "let the processor run", &TDebugger::Run},
         {"wait", "[POLLS]", "ask until the processor has stopped", &TDebugger::Wait},
@@ -67,13 +67,25 @@ const std::vector<TDebugger::TCommand>& TDebugger::Commands() {
         {"status", "", "say whether the processor runs, and why not", &TDebugger::Status},
         {"regs", "[NAME[=VALUE]]", "show all registers or one, or write one", &TDebugger::Regs},
         {"mem", "ADDRESS [COUNT] [--width 8|16|32] [--write VALUE...]", "show or write memory",
-         &TDebugger::Mem},
+         &TDebugger::Mem, false},
         {"break", "add ADDRESS | remove ADDRESS | list | clear", "handle breakpoints",
          &TDebugger::Break},
         {"console", "", "show what the program has written since the last time",
          &TDebugger::Console},
     };
     return commands;
+}
+
+std::vector<TOption> TDebugger::OptionsOf(std::string_view command) {
+    if (command == "load") {
+        return {{"--address", "A", "add this to all addresses of the file"},
+                {"--verify", "", "read back and compare"}};
+    }
+    if (command == "mem") {
+        return {{"--width", "BITS", "8, 16 or 32 bits to an item; 8 without it"},
+                {"--write", "VALUE...", "write these in place of showing"}};
+    }
+    return {};
 }
 
 std::string TDebugger::Execute(const std::string& name, const TWords& words) {
@@ -83,14 +95,24 @@ std::string TDebugger::Execute(const std::string& name, const TWords& words) {
     if (hit == commands.end()) {
         Misuse("There is no command \"" + name + "\"; see help.");
     }
+    if (hit->NeedsProcessor && !Target.IsProcessor()) {
+        throw ECommandFailure(ExitStatus::NothingFound, Target.Name() + " is no processor.");
+    }
     return (this->*hit->Run)(words);
 }
 
+std::string TDebugger::FindFile(const std::string& name) const {
+    std::error_code error;
+    const std::filesystem::path beside = Folder / name;
+    const bool isThere = std::filesystem::exists(name, error);
+    return !isThere && std::filesystem::exists(beside, error) ? beside.string() : name;
+}
+
 std::string TDebugger::Load(const TWords& words) {
-    const TArguments arguments(words, {{"--address", "A", ""}, {"--verify", "", ""}});
+    const TArguments arguments(words, OptionsOf("load"));
     Expect(arguments.Words(), 1, 1);
     const std::int64_t offset = ReadAddress(arguments.Find("--address").value_or("0"));
-    const TObjectImage image = ReadObjectImage(Host, arguments.Words()[0]);
+    const TObjectImage image = ReadObjectImage(Host, FindFile(arguments.Words()[0]));
     WriteObjectImage(Target, image, offset, Progress);
     std::string text = "Loaded " + std::to_string(image.ByteCount()) + " bytes in " +
                        std::to_string(image.Blocks.size()) + " blocks.\n";

@@ -4,6 +4,7 @@
 
 #include "hosts/vorelctl/DebugTarget.h"
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ public:
         std::string_view Usage; // what stands behind the name
         std::string_view Summary;
         std::string (TDebugger::*Run)(const TWords& words);
+        bool NeedsProcessor = true;
     };
 
     // Host and target outlive the debugger. `progress` gets a line that replaces the one before
@@ -29,12 +31,19 @@ public:
 
     static const std::vector<TCommand>& Commands();
 
+    // The options of a command; --write stands last, since all words behind it are values.
+    static std::vector<TOption> OptionsOf(std::string_view command);
+
+    // Where `load` looks for a file that is not in the current folder: the folder of the script.
+    void SetFolder(const std::filesystem::path& folder) { Folder = folder; }
+
     // Runs one command and gives its output, lines that end with LF. ECommandFailure with
     // WrongUsage for an unknown command or wrong words, with NothingFound when it could not be
     // done; EVorelError when the target fails.
     std::string Execute(const std::string& name, const TWords& words);
 
 private:
+    std::string FindFile(const std::string& name) const;
     std::string Load(const TWords& words);
     std::string Save(const TWords& words);
     std::string Reset(const TWords& words);
@@ -57,6 +66,7 @@ private:
     IHostClient& Host;
     TDebugTarget& Target;
     std::function<void(const std::string&)> Progress;
+    std::filesystem::path Folder;
     std::vector<std::int64_t> Breakpoints; // byte addresses, in order
 };
 

@@ -9,8 +9,12 @@
 namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
-    static const std::vector<const ICommand*> commands{&ScanCommand(), &ServeCommand(),
-                                                       &DebugCommand()};
+    static const std::vector<const ICommand*> commands = [] {
+        std::vector<const ICommand*> list{&ScanCommand(), &ServeCommand(), &DebugCommand()};
+        const std::vector<const ICommand*> single = SingleDebugCommands();
+        list.insert(list.end(), single.begin(), single.end());
+        return list;
+    }();
     return commands;
 }
 
