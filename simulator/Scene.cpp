@@ -1,6 +1,8 @@
 #include "simulator/Scene.h"
 
 #include "simulator/BsdlDevice.h"
+#include "simulator/DebugUnit.h"
+#include "simulator/MemoryInstrument.h"
 #include "simulator/RemoteBitbangLines.h"
 #include "simulator/SceneReader.h"
 #include "simulator/SimUsbServices.h"
@@ -41,6 +43,12 @@ void Fill(TBoard& board, const SceneTarget& scene) {
 } // namespace
 
 std::unique_ptr<TTapDevice> SceneDevice::Create() const {
+    if (Kind == SceneKind::Processor) {
+        return std::make_unique<TDebugUnit>(Settings);
+    }
+    if (Kind == SceneKind::Memory) {
+        return std::make_unique<TMemoryInstrument>(Settings);
+    }
     if (Entity == nullptr) {
         return std::make_unique<TTapDevice>(Settings);
     }

@@ -54,6 +54,9 @@
 //   idcode=BITS                 the instruction IDCODE, N digits 0 or 1
 //   tdo=FAULT                   a fault on the device's own TDO: open (the chain is broken behind
 //                               it), stuck_low, stuck_high, loop
+//   kind=KIND                   on [soft] only: processor (DebugUnit.h) or memory
+//                               (MemoryInstrument.h); ir has to be 4 or more then. Without it the
+//                               device is a TAP with IDCODE and BYPASS
 //   xN                          N such devices one behind another, 1 to 10000
 //   bsdl=PATH                   the device that this BSDL file describes; a relative path starts at
 //                               the scene file's folder. Not for [board]. The file gives id, ir and
@@ -65,8 +68,8 @@
 //
 // A device line of [spi] is a label and id=HEX, the three id bytes (6 digits).
 //
-// Limits: 1 MiB of text, 64 pods and cables; on all their chains together 10,000 devices and
-// 4,000,000 boundary cells and instructions of BSDL devices.
+// Limits: 1 MiB of text, 64 pods and cables; on all their chains together 10,000 devices, 64 of
+// them with a kind, and 4,000,000 boundary cells and instructions of BSDL devices.
 #pragma once
 
 #include "simulator/BoundaryRegister.h"
@@ -92,9 +95,12 @@ public:
     explicit ESceneError(const std::string& text) : EVorelError(StatusBadArgument, text) {}
 };
 
+enum class SceneKind : std::uint8_t { Plain, Processor, Memory };
+
 // `Count` equal devices one behind another.
 struct SceneDevice {
     TapSettings Settings;
+    SceneKind Kind = SceneKind::Plain;
     WireFault Fault = WireFault::None;
     std::size_t Count = 1;
     std::shared_ptr<TBSDLEntity> Entity;                // null for a plain TAP
@@ -149,6 +155,7 @@ public:
     static constexpr std::size_t MaxPods = 64;
     static constexpr std::size_t MaxDevices = TChain::MaxDevices;
     static constexpr std::size_t MaxCells = 4'000'000;
+    static constexpr std::size_t MaxSoftDevices = 64; // with a kind: each holds a memory
 
     // Reads a file. ESceneError; a file that cannot be read gives one with the reason.
     static TScene Load(const std::string& path);

@@ -17,7 +17,8 @@ constexpr std::size_t MaxNameUnits = 126;
 constexpr unsigned MaxBusyReads = 1'000'000;
 constexpr const char* FaultNames = "open, stuck_low, stuck_high or loop";
 constexpr const char* DeviceItems =
-    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT, bsdl=PATH, pin.PIN=LEVEL or xN";
+    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, kind=KIND, tdo=FAULT, bsdl=PATH, "
+    "pin.PIN=LEVEL or xN";
 constexpr std::string_view PinPrefix = "pin.";
 constexpr std::string_view BsdlPrefix = "bsdl=";
 
@@ -317,6 +318,16 @@ bool TSceneReader::ReadChainKey(const Entry& entry) {
                              std::to_string(TScene::MaxCells) +
                              " boundary cells and instructions together");
     }
+    if (device.Kind != SceneKind::Plain) {
+        SoftDeviceCount += device.Count;
+        if (device.Entity != nullptr) {
+            Fail(entry.Line, "a device has a kind or a BSDL file, not both");
+        }
+        if (Chain != &Target->Soft || SoftDeviceCount > TScene::MaxSoftDevices) {
+            Fail(entry.Line, "a device with a kind belongs on [soft], and a scene has at most " +
+                                 std::to_string(TScene::MaxSoftDevices) + " of them");
+        }
+    }
     Chain->Devices.push_back(std::move(device));
     return true;
 }
@@ -419,6 +430,8 @@ void TSceneReader::ReadDeviceItem(SceneDevice& device, std::string_view item, st
         settings.IrCapture = value;
     } else if (key == "idcode") {
         settings.IdcodeInstruction = value;
+    } else if (key == "kind") {
+        device.Kind = ReadKind(value, line);
     } else if (key == "tdo") {
         device.Fault = ReadFault(value, line);
     } else if (key.starts_with(PinPrefix)) {
@@ -491,6 +504,16 @@ void TSceneReader::CheckDevice(SceneDevice& device, bool isController, std::size
     } catch (const EVorelError& error) {
         Fail(line, error.what());
     }
+}
+
+SceneKind TSceneReader::ReadKind(std::string_view text, std::size_t line) const {
+    if (SameText(text, "processor")) {
+        return SceneKind::Processor;
+    }
+    if (SameText(text, "memory")) {
+        return SceneKind::Memory;
+    }
+    Fail(line, "unknown kind " + Quoted(text) + "; processor or memory is expected");
 }
 
 WireFault TSceneReader::ReadFault(std::string_view text, std::size_t line) const {

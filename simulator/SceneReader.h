@@ -54,6 +54,7 @@ private:
     void CheckDevice(SceneDevice& device, bool isController, std::size_t line) const;
     std::vector<std::string> ItemsOf(const Entry& entry);
     void SplitItem(std::string_view item, std::string& key, std::string& value, std::size_t line);
+    SceneKind ReadKind(std::string_view text, std::size_t line) const;
     WireFault ReadFault(std::string_view text, std::size_t line) const;
     std::uint64_t ReadHex(std::string_view text, std::uint64_t largest, const char* what,
                           std::size_t line) const;
@@ -67,6 +68,7 @@ private:
     SceneCable* Cable = nullptr;   // the same, when it is a cable
     std::size_t DeviceCount = 0;
     std::size_t CellCount = 0;
+    std::size_t SoftDeviceCount = 0;                              // those with a kind
     std::size_t SpiLine = 0;                                      // of the latest SPI device
     std::set<std::string> SectionsOfPod;                          // lower case
     std::set<std::string> ItemsOfDevice;                          // lower case

@@ -29,6 +29,9 @@ public:
 // All commands in the order of the help.
 const std::vector<const ICommand*>& AllCommands();
 
+const ICommand& DebugCommand();
+// load, run, regs and their like: one command of a debugging session each.
+std::vector<const ICommand*> SingleDebugCommands();
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
 const ICommand& BsdlCommand();

@@ -31,6 +31,7 @@ public:
     TSession& operator=(const TSession&) = delete;
 
     TVorelLibrary& Library() noexcept { return Vorel; }
+    IHostClient& Client() noexcept { return Host; }
     const IHardware& Hardware() const noexcept { return *Chosen; }
     // The root object. ECommandFailure with EnvironmentFault when the library has none.
     IDeviceManager& Devices() const;

@@ -9,10 +9,15 @@
 namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
-    static const std::vector<const ICommand*> commands{
-        &ScanCommand(),     &PinsCommand(),    &BsdlCommand(),   &VendorsCommand(),
-        &FamiliesCommand(), &DevicesCommand(), &DeviceCommand(), &IdCommand(),
-        &MappingCommand(),  &CacheCommand(),   &ServeCommand()};
+    static const std::vector<const ICommand*> commands = [] {
+        std::vector<const ICommand*> list{&ScanCommand(),    &PinsCommand(),     &BsdlCommand(),
+                                          &VendorsCommand(), &FamiliesCommand(), &DevicesCommand(),
+                                          &DeviceCommand(),  &IdCommand(),       &MappingCommand(),
+                                          &CacheCommand(),   &ServeCommand(),    &DebugCommand()};
+        const std::vector<const ICommand*> single = SingleDebugCommands();
+        list.insert(list.end(), single.begin(), single.end());
+        return list;
+    }();
     return commands;
 }
 

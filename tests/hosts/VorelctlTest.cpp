@@ -93,14 +93,14 @@ TEST(Vorelctl, SamplesPinsAndMarksChanges) {
 // From the first line that tells of chains to the empty line behind the port.
 std::string ChainsOf(const std::string& output, const std::string& port) {
     const std::size_t start = output.find("was detected", output.find(port));
-    return output.substr(start, output.find("\n\n", start) - start);
+    const std::string chains = output.substr(start, output.find("\n\n", start) - start);
+    return chains.substr(0, chains.find_last_not_of('\n') + 1);
 }
 
 TEST(Vorelctl, FindsTheSameBehindACableAndBehindAPod) {
     const std::string cable =
         ChainsOf(RunVorelctl("scan --scene cable_board.ini").Output, "Port 0");
-    std::string pod = ChainsOf(RunVorelctl("scan --scene default.ini").Output, "Port 1");
-    pod.resize(pod.find_last_not_of('\n') + 1);
+    const std::string pod = ChainsOf(RunVorelctl("scan --scene default.ini").Output, "Port 1");
     EXPECT_EQ(cable, pod);
     EXPECT_NE(cable.find("XC3S50"), std::string::npos);
 }
@@ -118,6 +118,68 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
     std::filesystem::remove_all(folder);
     EXPECT_EQ(RunVorelctl("scan --record /no/such/folder/a").ExitStatus, 3);
     EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
+}
+
+TEST(Vorelctl, RunsADebuggingScript) {
+    const TRun run = RunVorelctl("debug --script " VOREL_TREE "/programs/tour.debug");
+    EXPECT_EQ(run.Output, ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/debug_tour.txt"));
+    EXPECT_EQ(run.ExitStatus, 0);
+}
+
+// One line of a session on the board's devices, and what it says.
+TEST(Vorelctl, DebuggingCommandsAnswer) {
+    const std::string folder = std::filesystem::temp_directory_path() / "vorelctl-test-";
+    std::ofstream(folder + "bad.bin").close();
+    struct Case {
+        const char* Device;
+        std::string Lines;
+        const char* Says;
+    };
+    const Case cases[] = {
+        {"ZRC3000", "regs r29=0xFFFC0\nregs sp", "sp   000FFFC0"},
+        {"0", "regs SP=xyz", "Writing the register"},
+        {"0", "mem FFFFE --write 12 34\nmem FFFFC 1 --width 32", "000FFFFC  00001234"},
+        {"0", "mem FFFFF 2", "The memory ends at 00100000."},
+        {"0", "mem 0 --write 100", "\"100\" does not fit in 8 bits."},
+        {"0", "mem 0 --width 12", "--width is 8, 16 or 32."},
+        {"0", "load " + folder + "none.hex", "none.hex was not loaded."},
+        {"0", "load " + folder + "bad.bin", "bad.bin delivers nothing."},
+        {"0", "break add 10\nbreak add 0\nbreak list", "00000000\n00000010\n"},
+        {"0", "break remove 10", "There is no breakpoint at 00000010."},
+        {"0", "break add 2", "There can be no breakpoint at 00000002."},
+        {"0", "mem 0 --width 32 --write 1000FFFF 0\nrun\nwait 3", "still runs after 3"},
+        {"0", "step 2 3", "\"3\" is too much"},
+        {"0", "step 0", "\"0\" is no number from 1"},
+        {"0", "# nothing\n\nquit\nnonsense", "ZRC3000 at place 0"},
+        {"0", "nonsense", "There is no command \"nonsense\""},
+        {"1", "mem 3FFC --width 32 --write DEADBEEF\nmem 3FFC 4", "DE AD BE EF"},
+        {"1", "mem 1 4", "multiples of 4"},
+        {"SOFTMEM4K", "run", "SOFTMEM4K is no processor."},
+    };
+    for (const Case& c : cases) {
+        const TRun run = RunVorelctl("debug " + std::string(c.Device) + " 2>&1 <<'END'\n" +
+                                     c.Lines + "\nEND\n:");
+        EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Lines << ": " << run.Output;
+    }
+    std::filesystem::remove(folder + "bad.bin");
+}
+
+TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
+    const std::string folder = std::filesystem::temp_directory_path() / "vorelctl-test-saved";
+    const std::string script = folder + ".debug";
+    for (const char* extension : {".hex", ".bin"}) {
+        const std::string file = folder + extension;
+        std::ofstream(script) << "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " << file
+                              << "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " << file
+                              << (*(extension + 1) == 'h' ? "" : " --address FFFC")
+                              << " --verify\nmem FFF8 6 --width 32\n";
+        const TRun run = RunVorelctl("debug --script " + script);
+        EXPECT_EQ(run.ExitStatus, 0) << run.Output;
+        EXPECT_NE(run.Output.find("00000000 00000002 00000003 00000004"), std::string::npos)
+            << run.Output;
+        std::filesystem::remove(file);
+    }
+    std::filesystem::remove(script);
 }
 
 TEST(Vorelctl, SaysWhyAChainIsTooLongOrOutOfStep) {
@@ -155,6 +217,13 @@ TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
         {"bsdl", 2, "bsdl needs a file"},
         {"pins --chain hard", 2, "pins needs --chain and --index"},
         {"pins --chain x --index 0", 2, "hard, soft and board"},
+        {"debug nix", 1, "There is no soft device \"nix\""},
+        {"debug --script /nowhere", 3, "/nowhere cannot be read"},
+        {"debug 0 1", 2, "debug takes no \"1\""},
+        {"debug --scene three_devices.ini", 1, "No soft device"},
+        {"status zrc3000", 0, "Reset"},
+        {"mem 1 0 --width 32 --write 1 2", 0, ""},
+        {"regs", 2, "needs a device"},
         {"scan --scene /nowhere.ini", 3, "/nowhere.ini"},
         {"scan --bitbang 127.0.0.1:1", 3, "127.0.0.1:1: Connection refused"},
         {"scan --bitbang nonsense", 3, "HOST:PORT"},

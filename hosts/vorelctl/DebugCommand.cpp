@@ -1,0 +1,210 @@
+// vorelctl debug, and its commands one by one.
+#include "hosts/vorelctl/Commands.h"
+#include "hosts/vorelctl/Debugger.h"
+#include "support/Errors.h"
+#include "support/Text.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace vorel::host {
+
+namespace {
+
+void ShowProgress(const std::string& text) {
+    if (isatty(STDERR_FILENO) != 0) {
+        std::fprintf(stderr, "\r\033[K%s", text.c_str());
+        std::fflush(stderr);
+    }
+}
+
+void Print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+std::string CommandList() {
+    std::string text;
+    for (const TDebugger::TCommand& command : TDebugger::Commands()) {
+        const std::string usage = std::string(command.Name) + " " + std::string(command.Usage);
+        text += "  " + PadRight(usage, 44) + " " + std::string(command.Summary) + "\n";
+    }
+    return text + "  " + PadRight("quit", 44) + " end the session";
+}
+
+class TDebugCommand final : public ICommand {
+public:
+    std::string_view Name() const override { return "debug"; }
+    std::string_view Usage() const override {
+        return "[DEVICE] [--script FILE] [--scene FILE | --usb | --bitbang HOST:PORT]";
+    }
+    std::string_view Summary() const override {
+        return "debug a soft device, at a prompt or by a script";
+    }
+    std::string_view Details() const override {
+        static const std::string text =
+            "DEVICE is a name or a place on the soft chain; without it the first soft device is\n"
+            "taken. Addresses and values are hexadecimal, counts decimal. Commands:\n" +
+            CommandList() +
+            "\nA script holds a command in each line; lines that begin with # are comments. It "
+            "ends at\nthe first failure. Exit status: 0 all done, 1 a command failed.";
+        return text;
+    }
+    std::vector<TOption> Options() const override {
+        std::vector<TOption> options = HardwareOptions();
+        options.push_back({"--script", "FILE", "take the commands from a file"});
+        return options;
+    }
+    ExitStatus Run(const TArguments& arguments) const override;
+};
+
+// Takes commands from `input` until it ends or says quit. A script is shown while it runs and ends
+// at the first failure; at the prompt a failure is told and the session goes on.
+class TConversation {
+public:
+    TConversation(std::istream& input, TDebugger& debugger, bool isScript)
+        : Input(input), Debugger(debugger), IsScript(isScript) {}
+
+    ExitStatus Run() {
+        std::string line;
+        for (int number = 1; Ask(), std::getline(Input, line); ++number) {
+            const std::vector<std::string> words = SplitCommandLine(line);
+            if (words.empty()) {
+                continue;
+            }
+            if (IsScript) {
+                Print("> " + std::string(Trim(line)) + "\n");
+            }
+            if (words[0] == "quit") {
+                break;
+            }
+            if (!Obey(words) && IsScript) {
+                std::fprintf(stderr, "The script ends at its line %d.\n", number);
+                return ExitStatus::NothingFound;
+            }
+        }
+        return ExitStatus::Ok;
+    }
+
+private:
+    void Ask() const {
+        if (!IsScript && isatty(STDIN_FILENO) != 0) {
+            Print("debug> ");
+        }
+    }
+    bool Obey(const std::vector<std::string>& words) const {
+        try {
+            Print(words[0] == "help"
+                      ? CommandList() + "\n"
+                      : Debugger.Execute(words[0], {words.begin() + 1, words.end()}));
+            return true;
+        } catch (const ECommandFailure& failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+        } catch (const EVorelError& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+        }
+        return false;
+    }
+
+    std::istream& Input;
+    TDebugger& Debugger;
+    bool IsScript;
+};
+
+ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
+    if (arguments.Words().size() > 1) {
+        throw ECommandFailure(ExitStatus::WrongUsage,
+                              "debug takes no \"" + arguments.Words()[1] + "\".");
+    }
+    std::ifstream script;
+    const auto fileName = arguments.Find("--script");
+    if (fileName) {
+        script.open(*fileName);
+        if (!script) {
+            throw ECommandFailure(ExitStatus::EnvironmentFault, *fileName + " cannot be read.");
+        }
+    }
+    TSession session(arguments);
+    TDebugTarget target(session, arguments.Words().empty() ? "" : arguments.Words()[0]);
+    TDebugger debugger(session.Client(), target, ShowProgress);
+    Print(target.Name() + " at place " + std::to_string(target.Place()) + " of the soft chain\n");
+    if (fileName) {
+        debugger.SetFolder(std::filesystem::path(*fileName).parent_path());
+        return TConversation(script, debugger, true).Run();
+    }
+    return TConversation(std::cin, debugger, false).Run();
+}
+
+// One command of a session as a command of its own.
+class TSingleCommand final : public ICommand {
+public:
+    explicit TSingleCommand(const TDebugger::TCommand& command)
+        : Command(command), UsageText("DEVICE " + std::string(command.Usage)) {}
+    std::string_view Name() const override { return Command.Name; }
+    std::string_view Usage() const override { return UsageText; }
+    std::string_view Summary() const override { return Command.Summary; }
+    std::string_view Details() const override {
+        return "DEVICE is a name or a place on the soft chain. Each call connects anew, so on a "
+               "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
+    }
+    std::vector<TOption> Options() const override {
+        std::vector<TOption> options = HardwareOptions();
+        const std::vector<TOption> own = TDebugger::OptionsOf(Command.Name);
+        options.insert(options.end(), own.begin(), own.end());
+        return options;
+    }
+    ExitStatus Run(const TArguments& arguments) const override;
+
+private:
+    const TDebugger::TCommand& Command;
+    std::string UsageText;
+};
+
+ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
+    if (arguments.Words().empty()) {
+        throw ECommandFailure(ExitStatus::WrongUsage,
+                              std::string(Name()) + " needs a device; see --help.");
+    }
+    // Values behind the first one of --write are plain words here.
+    const bool writes = arguments.Has("--write");
+    const auto& given = arguments.Words();
+    const auto plainEnd = writes && given.size() > 2 ? given.begin() + 2 : given.end();
+    TDebugger::TWords words(given.begin() + 1, plainEnd);
+    for (const TOption& option : TDebugger::OptionsOf(Command.Name)) {
+        if (arguments.Has(option.Name)) {
+            words.emplace_back(option.Name);
+            if (!option.Value.empty()) {
+                words.push_back(*arguments.Find(option.Name));
+            }
+        }
+    }
+    words.insert(words.end(), plainEnd, given.end());
+    TSession session(arguments);
+    TDebugTarget target(session, given[0]);
+    Print(TDebugger(session.Client(), target, ShowProgress)
+              .Execute(std::string(Command.Name), words));
+    return ExitStatus::Ok;
+}
+
+} // namespace
+
+const ICommand& DebugCommand() {
+    static const TDebugCommand command;
+    return command;
+}
+
+std::vector<const ICommand*> SingleDebugCommands() {
+    static std::deque<TSingleCommand> commands;
+    std::vector<const ICommand*> list;
+    for (const TDebugger::TCommand& command : TDebugger::Commands()) {
+        list.push_back(&commands.emplace_back(command));
+    }
+    return list;
+}
+
+} // namespace vorel::host
