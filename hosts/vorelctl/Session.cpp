@@ -34,7 +34,7 @@ std::unique_ptr<IHardware> OpenChosen(const TArguments& arguments) {
 
 std::filesystem::path FindScene(const std::string& name) {
     std::error_code error;
-    const std::filesystem::path shipped = TInstallation::OfThisProgram().Scenes() / name;
+    std::filesystem::path shipped = TInstallation::OfThisProgram().Scenes() / name;
     if (!std::filesystem::exists(name, error) && std::filesystem::exists(shipped, error)) {
         return shipped;
     }
