@@ -1,5 +1,6 @@
 #include "simulator/Scene.h"
 
+#include "simulator/BsdlDevice.h"
 #include "simulator/RemoteBitbangLines.h"
 #include "simulator/SceneReader.h"
 #include "simulator/SimUsbServices.h"
@@ -16,7 +17,7 @@ namespace {
 void Fill(TChain& chain, const SceneChain& scene) {
     for (const SceneDevice& device : scene.Devices) {
         for (std::size_t i = 0; i < device.Count; ++i) {
-            chain.Add(std::make_unique<TTapDevice>(device.Settings));
+            chain.Add(device.Create());
             chain.SetWireFault(chain.DeviceCount() - 1, device.Fault);
         }
     }
@@ -38,6 +39,17 @@ void Fill(TBoard& board, const ScenePod& pod) {
 }
 
 } // namespace
+
+std::unique_ptr<TTapDevice> SceneDevice::Create() const {
+    if (Entity == nullptr) {
+        return std::make_unique<TTapDevice>(Settings);
+    }
+    auto device = std::make_unique<TBsdlDevice>(*Entity, Settings);
+    for (const auto& [pin, input] : Pins) {
+        device->SetPin(pin, input);
+    }
+    return device;
+}
 
 std::unique_ptr<TTarget> ScenePod::CreateTarget() const {
     auto target = std::make_unique<TTarget>();

@@ -31,19 +31,29 @@
 //
 //   id=HEX                      the IDCODE, 1 to 8 hexadecimal digits, its lowest bit 1; or
 //                               id=none for a device without an identification register; needed
-//   ir=N                        bits of the instruction register, 1 to 1024; needed (4 or more for
-//                               a board controller)
+//                               without bsdl=
+//   ir=N                        bits of the instruction register, 1 to 1024; needed without bsdl=
+//                               (4 or more for a board controller)
 //   capture=BITS                what Capture-IR loads, N digits 0 or 1 that end in 01
 //   idcode=BITS                 the instruction IDCODE, N digits 0 or 1
 //   tdo=FAULT                   a fault on the device's own TDO: open (the chain is broken behind
 //                               it), stuck_low, stuck_high, loop
 //   xN                          N such devices one behind another, 1 to 10000
+//   bsdl=PATH                   the device that this BSDL file describes; a relative path starts at
+//                               the scene file's folder. Not for [board]. The file gives id, ir and
+//                               idcode and all instructions and registers, X bits being 0; id= and
+//                               capture= may give other values (version bits, status bits)
+//   pin.PIN=LEVEL               the level on a pin of a BSDL device from outside: 0, 1 or flip (0
+//                               first, the other one after each sample). PIN is the package number
+//                               or the port name, without case; pins that are not given are 0
 //
 // A device line of [spi] is a label and id=HEX, the three id bytes (6 digits).
 //
-// Limits: 1 MiB of text, 64 pods, 10,000 devices on the chains of all pods together.
+// Limits: 1 MiB of text, 64 pods; on the chains of all pods together 10,000 devices and 4,000,000
+// boundary cells and instructions of BSDL devices.
 #pragma once
 
+#include "simulator/BoundaryRegister.h"
 #include "simulator/Chain.h"
 #include "simulator/SimPod.h"
 #include "support/Errors.h"
@@ -70,6 +80,12 @@ struct SceneDevice {
     TapSettings Settings;
     WireFault Fault = WireFault::None;
     std::size_t Count = 1;
+    std::shared_ptr<TBSDLEntity> Entity;                // null for a plain TAP
+    std::vector<std::pair<std::string, PinInput>> Pins; // of a device with an entity
+    std::size_t Cells = 0; // boundary cells and instructions of a device with an entity
+
+    // Makes one of them. EVorelError for settings that do not fit.
+    std::unique_ptr<TTapDevice> Create() const;
 };
 
 struct SceneChain {
@@ -104,10 +120,11 @@ public:
     static constexpr std::size_t MaxTextSize = 1'048'576;
     static constexpr std::size_t MaxPods = 64;
     static constexpr std::size_t MaxDevices = TChain::MaxDevices;
+    static constexpr std::size_t MaxCells = 4'000'000;
 
     // Reads a file. ESceneError; a file that cannot be read gives one with the reason.
     static TScene Load(const std::string& path);
-    // Reads a text; `fileName` stands in error texts.
+    // Reads a text; `fileName` stands in error texts and its folder is where paths start.
     static TScene Parse(std::string_view text, const std::string& fileName = "scene");
 
     // The pods in the order of the file, at least one.

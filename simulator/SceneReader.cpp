@@ -1,5 +1,8 @@
 #include "simulator/SceneReader.h"
 
+#include "bsdl/BSDLFile.h"
+#include "bsdl/FileText.h"
+#include "simulator/BsdlDevice.h"
 #include "support/Text.h"
 
 #include <algorithm>
@@ -14,7 +17,9 @@ constexpr std::size_t MaxNameUnits = 126;
 constexpr unsigned MaxBusyReads = 1'000'000;
 constexpr const char* FaultNames = "open, stuck_low, stuck_high or loop";
 constexpr const char* DeviceItems =
-    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT or xN";
+    "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, tdo=FAULT, bsdl=PATH, pin.PIN=LEVEL or xN";
+constexpr std::string_view PinPrefix = "pin.";
+constexpr std::string_view BsdlPrefix = "bsdl=";
 
 std::string Quoted(std::string_view text) {
     std::string result(1, '"');
@@ -181,6 +186,12 @@ bool TSceneReader::ReadChainKey(const Entry& entry) {
     if (DeviceCount > TScene::MaxDevices) {
         Fail(entry.Line, "a scene has at most " + std::to_string(TScene::MaxDevices) + " devices");
     }
+    CellCount += device.Count * device.Cells;
+    if (CellCount > TScene::MaxCells) {
+        Fail(entry.Line, "the BSDL devices of a scene have at most " +
+                             std::to_string(TScene::MaxCells) +
+                             " boundary cells and instructions together");
+    }
     Chain->Devices.push_back(std::move(device));
     return true;
 }
@@ -214,11 +225,22 @@ SceneDevice TSceneReader::ReadDevice(const Entry& entry, bool isController) {
     SceneDevice device;
     device.Settings.Name = items[0];
     device.Settings.IrLength = 0;
+    // The other items change what the file says.
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        if (SameText(std::string_view(items[i]).substr(0, BsdlPrefix.size()), BsdlPrefix)) {
+            if (isController) {
+                Fail(entry.Line, "a board controller cannot have a BSDL file");
+            }
+            ReadBsdl(device, std::string_view(items[i]).substr(BsdlPrefix.size()), entry.Line);
+        }
+    }
     for (std::size_t i = 1; i < items.size(); ++i) {
         ReadDeviceItem(device, items[i], entry.Line);
     }
-    if (!ItemsOfDevice.contains("id") || !ItemsOfDevice.contains("ir")) {
-        Fail(entry.Line, "device " + Quoted(items[0]) + " needs id=HEX or id=none, and ir=N");
+    const bool complete = ItemsOfDevice.contains("id") && ItemsOfDevice.contains("ir");
+    if (device.Entity == nullptr && !complete) {
+        Fail(entry.Line,
+             "device " + Quoted(items[0]) + " needs id=HEX or id=none, and ir=N; or bsdl=PATH");
     }
     CheckDevice(device, isController, entry.Line);
     return device;
@@ -256,7 +278,11 @@ void TSceneReader::ReadDeviceItem(SceneDevice& device, std::string_view item, st
     std::string key;
     std::string value;
     SplitItem(item, key, value, line);
+    if (device.Entity != nullptr && (key == "ir" || key == "idcode")) {
+        Fail(line, Quoted(key) + " of a device with a BSDL file comes from the file");
+    }
     if (key == "id") {
+        settings.Id.reset();
         if (!SameText(value, "none")) {
             settings.Id = static_cast<std::uint32_t>(ReadHex(
                 value, 0xFFFFFFFF, "an IDCODE of 1 to 8 hexadecimal digits, or none", line));
@@ -270,15 +296,60 @@ void TSceneReader::ReadDeviceItem(SceneDevice& device, std::string_view item, st
         settings.IdcodeInstruction = value;
     } else if (key == "tdo") {
         device.Fault = ReadFault(value, line);
-    } else {
+    } else if (key.starts_with(PinPrefix)) {
+        ReadPin(device, std::string_view(key).substr(PinPrefix.size()), value, line);
+    } else if (key != "bsdl") {
         Fail(line,
              "unknown item " + Quoted(item) + " of a device; " + DeviceItems + " is expected");
     }
 }
 
+void TSceneReader::ReadPin(SceneDevice& device, std::string_view pin, std::string_view level,
+                           std::size_t line) const {
+    static constexpr std::array<std::pair<const char*, PinInput>, 3> Levels{
+        {{"0", PinInput::Low}, {"1", PinInput::High}, {"flip", PinInput::Flip}}};
+    if (device.Entity == nullptr) {
+        Fail(line, "levels on pins need a device with bsdl=PATH");
+    }
+    for (const auto& [name, input] : Levels) {
+        if (SameText(name, level)) {
+            device.Pins.emplace_back(pin, input);
+            return;
+        }
+    }
+    Fail(line,
+         "the level 0, 1 or flip is expected for pin " + Quoted(pin) + ", not " + Quoted(level));
+}
+
+void TSceneReader::ReadBsdl(SceneDevice& device, std::string_view path, std::size_t line) {
+    if (path.empty()) {
+        Fail(line, "the path of a BSDL file is expected behind bsdl=");
+    }
+    const auto file = ToPath(FileName).parent_path() / ToPath(path);
+    device.Entity = LoadEntity(file.string(), line);
+    device.Settings = TBsdlDevice::SettingsOf(*device.Entity, device.Settings.Name);
+}
+
+std::shared_ptr<TBSDLEntity> TSceneReader::LoadEntity(const std::string& path, std::size_t line) {
+    const auto known = Entities.find(path);
+    if (known != Entities.end()) {
+        return known->second;
+    }
+    TBSDLFile file = ReadBsdlFile(path);
+    if (!file.Readable) {
+        Fail(line, "the BSDL file " + Quoted(path) + " cannot be read");
+    }
+    if (file.HadErrors()) {
+        Fail(line, "the BSDL file " + Quoted(path) + " has an error in " + file.DescribeError());
+    }
+    if (file.Entity == nullptr) {
+        Fail(line, "the BSDL file " + Quoted(path) + " has no entity in it");
+    }
+    return Entities.emplace(path, std::move(file.Entity)).first->second;
+}
+
 // The device itself knows what it accepts, so one is made for trial.
-void TSceneReader::CheckDevice(const SceneDevice& device, bool isController,
-                               std::size_t line) const {
+void TSceneReader::CheckDevice(SceneDevice& device, bool isController, std::size_t line) const {
     if (device.Settings.Id && (*device.Settings.Id & 1) == 0) {
         Fail(line, "the id of device " + Quoted(device.Settings.Name) +
                        " ends in a 0 bit; the lowest bit of an IDCODE is 1");
@@ -287,7 +358,10 @@ void TSceneReader::CheckDevice(const SceneDevice& device, bool isController,
         if (isController) {
             TBoardController(device.Settings, {});
         } else {
-            TTapDevice trial(device.Settings);
+            const std::unique_ptr<TTapDevice> trial = device.Create();
+            if (const auto* described = dynamic_cast<const TBsdlDevice*>(trial.get())) {
+                device.Cells = described->BoundaryLength() + device.Entity->OpCodes.size();
+            }
         }
     } catch (const EVorelError& error) {
         Fail(line, error.what());

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -39,7 +41,11 @@ private:
 
     SceneDevice ReadDevice(const Entry& entry, bool isController);
     void ReadDeviceItem(SceneDevice& device, std::string_view item, std::size_t line);
-    void CheckDevice(const SceneDevice& device, bool isController, std::size_t line) const;
+    void ReadPin(SceneDevice& device, std::string_view pin, std::string_view level,
+                 std::size_t line) const;
+    void ReadBsdl(SceneDevice& device, std::string_view path, std::size_t line);
+    std::shared_ptr<TBSDLEntity> LoadEntity(const std::string& path, std::size_t line);
+    void CheckDevice(SceneDevice& device, bool isController, std::size_t line) const;
     std::vector<std::string> ItemsOf(const Entry& entry);
     void SplitItem(std::string_view item, std::string& key, std::string& value, std::size_t line);
     WireFault ReadFault(std::string_view text, std::size_t line) const;
@@ -51,10 +57,12 @@ private:
     std::string FileName;
     std::vector<ScenePod> Pods;
     std::size_t DeviceCount = 0;
-    std::size_t SpiLine = 0;             // of the latest SPI device
-    std::set<std::string> SectionsOfPod; // lower case
-    std::set<std::string> ItemsOfDevice; // lower case
-    SceneChain* Chain = nullptr;         // of the section that is being read
+    std::size_t CellCount = 0;
+    std::size_t SpiLine = 0;                                      // of the latest SPI device
+    std::set<std::string> SectionsOfPod;                          // lower case
+    std::set<std::string> ItemsOfDevice;                          // lower case
+    std::map<std::string, std::shared_ptr<TBSDLEntity>> Entities; // by path
+    SceneChain* Chain = nullptr; // of the section that is being read
     bool ChainIsBoard = false;
 };
 

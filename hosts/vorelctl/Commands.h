@@ -38,5 +38,7 @@ const ICommand& DeviceCommand();
 const ICommand& IdCommand();
 const ICommand& CacheCommand();
 const ICommand& MappingCommand();
+const ICommand& BsdlCommand();
+const ICommand& PinsCommand();
 
 } // namespace vorel::host

@@ -41,7 +41,7 @@ std::string DiagnosisText(const TChainReport& chain, const std::string& indent) 
         text += indent + "Bits seen after a reset, first bit at the right: " + diagnosis.BitsSeen +
                 "\n";
         for (const std::string& advice : diagnosis.Advice(chain.Role == "soft")) {
-            text += indent + "- " + advice + "\n";
+            text.append(indent).append("- ").append(advice).push_back('\n');
         }
     }
     if (!chain.IdsSeen.empty()) {

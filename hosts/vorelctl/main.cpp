@@ -10,8 +10,9 @@ namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
     static const std::vector<const ICommand*> commands{
-        &ScanCommand(), &VendorsCommand(), &FamiliesCommand(), &DevicesCommand(), &DeviceCommand(),
-        &IdCommand(),   &MappingCommand(), &CacheCommand(),    &ServeCommand()};
+        &ScanCommand(),    &PinsCommand(),   &VendorsCommand(), &FamiliesCommand(),
+        &DevicesCommand(), &DeviceCommand(), &IdCommand(),      &MappingCommand(),
+        &CacheCommand(),   &BsdlCommand(),   &ServeCommand()};
     return commands;
 }
 

@@ -190,14 +190,11 @@ void TJTagChannel_UsbPort::DoAbandonCapture() noexcept {
 
 // All bits but the last go to the pod at once: TMS stays 0, so the TAP stays where it is.
 void TJTagChannel_UsbPort::ShiftFast(std::string_view bits, std::int32_t count) {
-    std::size_t place = bits.size();
-    for (std::int32_t i = 0; i < count; ++i) {
-        Tdi = bits[--place] == '1' ? 1 : 0;
-        if (Pod != nullptr && !Pod->Clock(PodChannel != 0, false, Tdi != 0, true)) {
-            CheckPod(false);
-        }
-        place = place == 0 ? bits.size() : place;
+    if (Pod != nullptr) {
+        CheckPod(Pod->ClockBits(PodChannel != 0, bits, count));
     }
+    const std::size_t last = static_cast<std::size_t>(count - 1) % bits.size();
+    Tdi = bits[bits.size() - 1 - last] == '1' ? 1 : 0;
     Tms = 0;
     Tck = 0;
     LastTck = 0;

@@ -42,6 +42,8 @@ public:
     // Bytes waiting to be sent.
     std::int32_t GetWriteLen() const noexcept { return WriteLen; }
     bool IsFull() const noexcept { return WriteLen >= FullAt; }
+    // The last item still takes clocks of the same kind.
+    bool TakesClocks() const noexcept { return Packing; }
 
     // Sends what waits, reads the answers and appends their text to `reversed`, last character
     // first: bit 0 of the first capture comes first, an identity's second character before its

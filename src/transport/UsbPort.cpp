@@ -22,6 +22,19 @@ void TUsbPort::AddSample(bool select, bool tdi) noexcept {
     Buffer.Add(opcode, Level(tdi), capture);
 }
 
+bool TUsbPort::ClockBits(bool select, std::string_view bits, std::int32_t count) {
+    const bool capture = ReadDepth > 0;
+    std::size_t place = bits.size();
+    for (std::int32_t i = 0; i < count; ++i) {
+        Buffer.AddClock(select, false, bits[--place] == '1', capture);
+        place = place == 0 ? bits.size() : place;
+        if (!Buffer.TakesClocks() && !FlushIfFull()) {
+            return false;
+        }
+    }
+    return FlushIfFull();
+}
+
 bool TUsbPort::SetTms(bool level) {
     Buffer.Add(UsbPodOpcode::Tms, Level(level));
     return FlushIfFull();

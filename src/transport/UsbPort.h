@@ -4,6 +4,9 @@
 #include "transport/UsbBuffer.h"
 #include "vorel/Status.h"
 
+#include <string>
+#include <string_view>
+
 namespace vorel {
 
 // Owned by the TUsbJtagManager. Commands are collected and sent when the batch is full, when an
@@ -31,6 +34,10 @@ public:
         }
         return FlushIfFull();
     }
+    // A long shift: `count` clocks with TMS 0, TDI from the right end of `bits` and again from the
+    // right when they run out. `bits` must not be empty. A batch goes only when its last item is
+    // full as well, so it carries 1,020 clocks.
+    bool ClockBits(bool select, std::string_view bits, std::int32_t count);
     // Sets the level of TMS without a clock.
     bool SetTms(bool level);
     // Makes the pod wait for 0 to 255 ticks.
@@ -44,7 +51,7 @@ public:
     std::uint32_t GetTimingB() const noexcept { return TimingB; }
     std::uint32_t GetTimingD() const noexcept { return TimingD; }
 
-    // 0 bare chains, 1 a board behind the pod. Always sent.
+    // 0 for a board behind the pod, 1 for bare chains. Always sent.
     bool SetPodMode(std::uint32_t mode);
     std::uint32_t GetPodMode() const noexcept { return PodMode; }
 

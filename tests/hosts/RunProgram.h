@@ -14,11 +14,12 @@ struct TRun {
     int ExitStatus = -1;
 };
 
-// `home` is where the program keeps its cache and settings: not the user's.
+// `home` is where the program keeps its cache and settings: not the user's. It runs in `folder`.
 inline TRun RunProgram(const std::string& program, const std::string& home,
-                       const std::string& arguments) {
-    const std::string command = "cd / && XDG_DATA_HOME='" + home + "' XDG_CONFIG_HOME='" + home +
-                                "' '" + program + "' " + arguments + " 2>&1";
+                       const std::string& arguments, const std::string& folder = "/") {
+    const std::string command = "cd '" + folder + "' && XDG_DATA_HOME='" + home +
+                                "' XDG_CONFIG_HOME='" + home + "' '" + program + "' " + arguments +
+                                " 2>&1";
     TRun run;
     FILE* pipe = popen(command.c_str(), "r");
     std::array<char, 4096> block{};

@@ -93,7 +93,7 @@ TEST(Scene, NamesTheLineAndWhatIsExpected) {
              {"[pod]\n[hard]\ndevice=id=1 ir=4", "a label is expected as the first item"},
              {"[pod]\n[hard]\ndevice=A,,id=1", "an item is empty"},
              {"[pod]\n[hard]\ndevice=A ir=4", "device \"A\" needs id=HEX or id=none, and ir=N"},
-             {"[pod]\n[hard]\ndevice=A id=3 ir=4 bsdl=a", "unknown item \"bsdl=a\" of a device"},
+             {"[pod]\n[hard]\ndevice=A id=3 ir=4 vhdl=a", "unknown item \"vhdl=a\" of a device"},
              {"[pod]\n[hard]\ndevice=A id=3 id=5 ir=4", "\"id\" is given twice for one device"},
              {"[pod]\n[hard]\ndevice=A id=123456789 ir=4", "an IDCODE of 1 to 8 hexadecimal"},
              {"[pod]\n[hard]\ndevice=A id= ir=4", "an IDCODE of 1 to 8 hexadecimal"},

@@ -1,0 +1,29 @@
+// Any bytes as an ELF file: sections into blocks and into an image. Both ends of each
+// block are read, and all blocks together stay in proportion to the file.
+#include "objectcode/Rt_ElfFileLoader.h"
+#include "support/NeutralHost.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const auto image = std::make_unique<vorel::TMemoryImage>();
+    vorel::TNeutralHost host;
+    vorel::TElfFile file(host, "fuzz.elf");
+    file.SetContents({data, size});
+    if (!file.Read()) {
+        return 0;
+    }
+    std::size_t total = 0;
+    file.DeliverTo([&](const vorel::TMemoryWord* words, std::int64_t count, std::int64_t address) {
+        total += static_cast<std::size_t>(count);
+        if (count < 1 || address < 0 || words[0] > 0xFF || words[count - 1] > 0xFF) {
+            std::abort();
+        }
+    });
+    if (total > 4 * std::max<std::size_t>(size, 65536) || file.WriteTo(*image) < 0) {
+        std::abort();
+    }
+    return 0;
+}

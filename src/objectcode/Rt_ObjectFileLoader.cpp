@@ -1,0 +1,86 @@
+#include "objectcode/Rt_ObjectFileLoader.h"
+
+#include "objectcode/ObjectCodeFile.h"
+#include "objectcode/Rt_BinaryFileLoader.h"
+#include "objectcode/Rt_ElfFileLoader.h"
+#include "objectcode/Rt_IntelHexFileLoader.h"
+#include "support/Text.h"
+
+#include <string_view>
+
+namespace vorel {
+
+namespace {
+
+std::string_view ExtensionOf(std::string_view fileName) {
+    const std::string_view name = FileNameOf(fileName);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string_view::npos ? std::string_view{} : name.substr(dot);
+}
+
+bool LoadAs(TObjectFileFormat format, IHostClient& host, const std::string& fileName,
+            const TBlockConsumer& consumer, std::string& remark) {
+    switch (format) {
+    case TObjectFileFormat::IntelHex:
+        return LoadHexToConsumer(host, fileName, consumer);
+    case TObjectFileFormat::Elf:
+        return LoadElfToConsumer(host, fileName, consumer, &remark);
+    case TObjectFileFormat::Binary:
+        break;
+    }
+    return LoadBinToConsumer(host, fileName, consumer);
+}
+
+std::string RemarkOnFailure(const std::string& fileName) {
+    return ObjectFileExists(fileName) ? std::string{} : "The file does not exist.";
+}
+
+} // namespace
+
+TObjectFileFormat GetObjectFileFormat(const std::string& fileName) {
+    if (SameText(ExtensionOf(fileName), ".hex")) {
+        return TObjectFileFormat::IntelHex;
+    }
+    return IsElfFile(fileName) ? TObjectFileFormat::Elf : TObjectFileFormat::Binary;
+}
+
+bool LoadObjectFile(IHostClient& host, const std::string& fileName, const TBlockConsumer& consumer,
+                    TObjectFileReport* report) {
+    TObjectFileReport unused;
+    TObjectFileReport& result = report != nullptr ? *report : unused;
+    result = {};
+    result.Format = GetObjectFileFormat(fileName);
+    TBlockConsumer counting;
+    if (consumer) {
+        counting = [&](const TMemoryWord* words, std::int64_t count, std::int64_t address) {
+            if (count > 0) {
+                ++result.BlockCount;
+                result.WordCount += count;
+            }
+            consumer(words, count, address);
+        };
+    }
+    const bool good = LoadAs(result.Format, host, fileName, counting, result.Remark);
+    if (!good) {
+        result.Remark = RemarkOnFailure(fileName);
+    } else if (result.BlockCount == 0 && result.Remark.empty()) {
+        result.Remark = "The file holds no data.";
+    }
+    return good;
+}
+
+bool LoadObjectFileToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,
+                           std::uint32_t wordSize, std::int32_t& errorCount,
+                           std::int64_t& maxAddress) {
+    switch (GetObjectFileFormat(fileName)) {
+    case TObjectFileFormat::IntelHex:
+        return LoadHexToImage(host, fileName, image, wordSize, errorCount, maxAddress);
+    case TObjectFileFormat::Elf:
+        return LoadElfToImage(host, fileName, image, errorCount, maxAddress);
+    case TObjectFileFormat::Binary:
+        break;
+    }
+    return LoadBinToImage(host, fileName, image, wordSize, errorCount, maxAddress);
+}
+
+} // namespace vorel

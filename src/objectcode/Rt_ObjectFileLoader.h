@@ -1,0 +1,41 @@
+// The two front ends that take any object code file: Intel Hex by extension, ELF by content, all
+// else as raw binary.
+#pragma once
+
+#include "objectcode/MemoryWords.h"
+#include "vorel/Host.h"
+
+#include <cstdint>
+#include <string>
+
+namespace vorel {
+
+enum class TObjectFileFormat { IntelHex, Elf, Binary };
+
+// ".hex" in any case is Intel Hex, whatever the file holds; otherwise the content decides.
+TObjectFileFormat GetObjectFileFormat(const std::string& fileName);
+
+// What came of a file, for a caller who has to tell the user: a load may succeed and deliver
+// nothing.
+struct TObjectFileReport {
+    TObjectFileFormat Format = TObjectFileFormat::Binary;
+    std::int64_t BlockCount = 0; // blocks with at least one word
+    std::int64_t WordCount = 0;  // words in them
+    // Why nothing, or not all, was delivered although no message was shown, and the remedy; empty
+    // when all is well. One or two sentences.
+    std::string Remark;
+};
+
+// Delivers the file's blocks, one byte of the file to a word. Results, messages and blocks are
+// those of LoadHexToConsumer, LoadElfToConsumer and LoadBinToConsumer; blocks without words are
+// passed on as well.
+bool LoadObjectFile(IHostClient& host, const std::string& fileName, const TBlockConsumer& consumer,
+                    TObjectFileReport* report = nullptr);
+
+// Fills the image as LoadHexToImage, LoadElfToImage or LoadBinToImage do. `maxAddress` is the
+// latter's count.
+bool LoadObjectFileToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,
+                           std::uint32_t wordSize, std::int32_t& errorCount,
+                           std::int64_t& maxAddress);
+
+} // namespace vorel

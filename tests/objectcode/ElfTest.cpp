@@ -1,0 +1,203 @@
+#include "ObjectCodeFixture.h"
+#include "objectcode/Rt_BinaryFileLoader.h"
+#include "objectcode/Rt_ElfFileLoader.h"
+#include "objectcode/Rt_ObjectFileLoader.h"
+
+namespace vorel {
+namespace {
+
+struct TPart {
+    std::string Name;
+    std::uint32_t Type, Flags, Address;
+    std::string Data;
+    std::uint32_t Size = 0; // of the header, if not that of the data
+};
+
+// A big-endian file of these sections with a section name table in front of them.
+class TElfImage {
+public:
+    explicit TElfImage(const std::vector<TPart>& parts) : Bytes(52, '\0') {
+        std::string names(1, '\0');
+        for (const TPart& part : parts) {
+            names += part.Name + '\0';
+        }
+        std::vector<TPart> all = {{"", 3, 0, 0, names}};
+        all.insert(all.end(), parts.begin(), parts.end());
+        std::string headers;
+        std::size_t name = 0;
+        for (const TPart& part : all) {
+            const std::size_t size = part.Size != 0 ? part.Size : part.Data.size();
+            for (const std::size_t field :
+                 {part.Name.empty() ? 0 : name, std::size_t{part.Type}, std::size_t{part.Flags},
+                  std::size_t{part.Address}, Bytes.size(), size}) {
+                headers += Number(field, 4);
+            }
+            headers += std::string(16, '\0');
+            Bytes += part.Data;
+            name += part.Name.size() + 1;
+        }
+        Bytes.replace(0, 4, "\177ELF");
+        Set(32, Bytes.size(), 4);
+        Set(46, 40, 2);
+        Set(48, all.size(), 2);
+        Bytes += headers;
+    }
+    void Set(std::size_t offset, std::size_t value, std::size_t width) {
+        Bytes.replace(offset, width, Number(value, width));
+    }
+
+    std::string Bytes;
+
+private:
+    static std::string Number(std::size_t value, std::size_t width) {
+        std::string text;
+        for (std::size_t i = width; i-- > 0;) {
+            text.push_back(static_cast<char>(value >> (8 * i)));
+        }
+        return text;
+    }
+};
+
+class ElfTest : public ObjectCodeTest {
+protected:
+    bool Load(const std::string& bytes) {
+        return LoadObjectFile(Host, Write("a.elf", bytes), Collect(), &Report);
+    }
+    TObjectFileReport Report;
+};
+
+const std::vector<std::string> InvalidMessages = {"a.elf is not an valid ELF file",
+                                                  "Errors Found When Loading Elf File: a.elf\r\r"};
+
+TEST_F(ElfTest, DeliversCodeAndConstantsInOrderOfAddress) {
+    const TElfImage elf({{".text.startup", 1, 6, 0x80000000, "cd"},
+                         {".TEXT", 1, 2, 0x30, "U"},
+                         {".text", 1, 2, 0x20, "ab"},
+                         {".rodata.x", 7, 2, 0x10, "r"},
+                         {".text1", 8, 2, 0x40, "", 3},
+                         {".text", 1, 4, 0, "not allocated"},
+                         {".text", 2, 2, 0, "no bit of the type"},
+                         {".text", 1, 2, 0, ""},
+                         {".data", 1, 3, 0, "data"}});
+    ASSERT_TRUE(Load(elf.Bytes));
+    EXPECT_EQ(Blocks, (std::vector<TBlock>{{0x10, 1, {'r'}},
+                                           {0x20, 2, {'a', 'b'}},
+                                           {0x40, 3, {0, 0, 0}},
+                                           {0x80000000, 2, {'c', 'd'}}}));
+    EXPECT_EQ(Report.BlockCount, 4);
+    EXPECT_EQ(Report.WordCount, 8);
+    EXPECT_EQ(Report.Remark, "");
+
+    Image->fill(0xDEAD);
+    EXPECT_TRUE(
+        LoadObjectFileToImage(Host, Write("a.o", elf.Bytes), *Image, 4, ErrorCount, MaxAddress));
+    EXPECT_EQ((*Image)[0x21], TMemoryWord{'b'});
+    EXPECT_EQ((*Image)[0x30], TMemoryWord{'U'});
+    EXPECT_EQ((*Image)[0x10], 0U) << "constants do not go into an image";
+    EXPECT_EQ((*Image)[0x40], 0U);
+    EXPECT_EQ(MaxAddress, 0x31);
+    EXPECT_EQ(ErrorCount, 0);
+}
+
+TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
+    TElfImage elf({{".text", 1, 2, 0xFFFE, "abc", 60000}});
+    ASSERT_TRUE(Load(elf.Bytes));
+    ASSERT_EQ(Blocks.size(), 1U);
+    EXPECT_EQ(Blocks[0].Count, 60000);
+    EXPECT_EQ(Blocks[0].Words[2], TMemoryWord{'c'});
+    EXPECT_EQ(Blocks[0].Words.back(), 0U);
+    EXPECT_TRUE(LoadElfToImage(Host, Write("a", elf.Bytes), *Image, ErrorCount, MaxAddress));
+    EXPECT_EQ((*Image)[0xFFFF], TMemoryWord{'b'});
+    EXPECT_EQ(MaxAddress, 0xFFFE + 60000);
+
+    LargestAllocation = 0;
+    ASSERT_TRUE(Load(TElfImage({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}}).Bytes));
+    EXPECT_EQ(Report.WordCount, 3 + 80) << "what the file holds: the data and two headers";
+    EXPECT_NE(Report.Remark, "");
+
+    elf.Set(46, 0, 2); // all headers the same, that of the string table
+    elf.Set(48, 0xFFFF, 2);
+    EXPECT_TRUE(Load(elf.Bytes));
+    EXPECT_NE(Report.Remark, "") << "nothing delivered: the user must be told";
+    EXPECT_LE(LargestAllocation, 0xFFFFU * 16) << "eight bytes for a header, and vectors double";
+}
+
+TEST_F(ElfTest, RefusesWhatIsNoSectionTable) {
+    const std::vector<TPart> parts = {{".text", 1, 2, 0, "ab"}};
+    struct Case {
+        std::size_t Offset, Value, Width;
+    };
+    for (const Case& c : {Case{48, 0, 2}, Case{48, 0xFFFF, 2}, Case{32, 0xFFFFFFFF, 4}}) {
+        TElfImage elf(parts);
+        elf.Set(c.Offset, c.Value, c.Width);
+        EXPECT_FALSE(Load(elf.Bytes));
+        EXPECT_EQ(Host.Messages, InvalidMessages);
+        EXPECT_TRUE(Blocks.empty());
+    }
+    EXPECT_FALSE(LoadElfToConsumer(Host, Write("a.elf", "\177ELG"), Collect()));
+    EXPECT_EQ(Host.Messages.front(), "a.elf is not an ELF file");
+    EXPECT_FALSE(LoadElfToConsumer(Host, Missing("none/a.elf"), Collect()));
+    EXPECT_EQ(Host.Messages, std::vector{InvalidMessages.back()});
+}
+
+TEST_F(ElfTest, AFileCutAnywhereGivesItsMessagesOrWhatTheHeadersSay) {
+    const std::string whole = TElfImage({{".text", 1, 2, 0x100, "0123456789"}}).Bytes;
+    for (std::size_t size = 4; size < whole.size(); ++size) {
+        const bool good = Load(whole.substr(0, size));
+        EXPECT_EQ(good, size > whole.size() - 40) << "the last header starts beyond the file";
+        EXPECT_EQ(Host.Messages, good ? std::vector<std::string>{} : InvalidMessages) << size;
+    }
+}
+
+class BinaryTest : public ElfTest {};
+
+TEST_F(BinaryTest, TheFrontEndsChooseByExtensionThenByContent) {
+    const std::string elf = TElfImage({{".text", 1, 2, 0, "ab"}}).Bytes;
+    using enum TObjectFileFormat;
+    EXPECT_EQ(GetObjectFileFormat(Write("x.HeX", elf)), IntelHex);
+    EXPECT_EQ(GetObjectFileFormat(Write("x.hexa", elf)), Elf);
+    EXPECT_EQ(GetObjectFileFormat(Write("x.ihx", ":00000001FF")), Binary);
+    EXPECT_EQ(GetObjectFileFormat(Missing("y.hex/none")), Binary);
+    EXPECT_FALSE(LoadObjectFile(Host, Missing("none"), Collect(), &Report));
+    EXPECT_TRUE(Host.Messages.empty());
+    EXPECT_EQ(Report.Remark, "The file does not exist.");
+}
+
+TEST_F(BinaryTest, LoadsBytesAsOneBlock) {
+    EXPECT_TRUE(Load("\x01\xFF"));
+    EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 2, {1, 0xFF}}}));
+    EXPECT_TRUE(Load(""));
+    EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 0, {}}}));
+    EXPECT_NE(Report.Remark, "");
+}
+
+TEST_F(BinaryTest, PutsWordsOfEachSizeIntoAnImage) {
+    const std::string file = Write("a.bin", "\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0A\x0B\x0C");
+    struct Case {
+        std::uint32_t WordSize;
+        TMemoryWord First, Last;
+        std::int64_t Count;
+    };
+    for (const Case& c :
+         {Case{1, 1, 12, 12}, Case{2, 0x201, 0xC0B, 6}, Case{3, 0x30201, 0xC0B0A, 4},
+          Case{4, 0x4030201, 0xC0B0A09, 3}, Case{6, 0, 0, 2}}) {
+        EXPECT_TRUE(LoadBinToImage(Host, file, *Image, c.WordSize, ErrorCount, MaxAddress));
+        EXPECT_EQ(MaxAddress, c.Count);
+        EXPECT_EQ((*Image)[0], c.First);
+        EXPECT_EQ((*Image)[static_cast<std::size_t>(c.Count) - 1], c.Last);
+    }
+    EXPECT_TRUE(Host.Messages.empty());
+    for (const std::uint32_t wordSize : {5U, 0U}) {
+        EXPECT_TRUE(LoadBinToImage(Host, file, *Image, wordSize, ErrorCount, MaxAddress));
+        EXPECT_EQ(MaxAddress, 0);
+        EXPECT_EQ(Host.Messages.back(), "Errors Found When Loading Bin File: a.bin\r\r    "
+                                        "Filelength : 12 not a divisor of " +
+                                            std::to_string(wordSize));
+    }
+    EXPECT_TRUE(LoadBinToImage(Host, Write("b", std::string(70000, 'x')), *Image, 1, ErrorCount,
+                               MaxAddress));
+    EXPECT_EQ(MaxAddress, 70000) << "words beyond the image are dropped, and counted";
+}
+
+} // namespace
+} // namespace vorel
