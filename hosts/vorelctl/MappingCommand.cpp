@@ -65,6 +65,7 @@ private:
 
 std::vector<std::string> FilesOf(const TJTAGIdMapping& mapping) {
     std::vector<std::string> files;
+    files.reserve(static_cast<std::size_t>(mapping.LinkCount()));
     for (int i = 0; i < mapping.LinkCount(); ++i) {
         files.push_back(mapping.LinkAt(i)->BSDLFileName);
     }
@@ -73,6 +74,7 @@ std::vector<std::string> FilesOf(const TJTAGIdMapping& mapping) {
 
 std::vector<std::string> PositionsOf(const TJTAGIdMapping& mapping) {
     std::vector<std::string> positions;
+    positions.reserve(static_cast<std::size_t>(mapping.IndexLinkCount()));
     for (int i = 0; i < mapping.IndexLinkCount(); ++i) {
         const TJTAGIndexAndBSDLLink& link = *mapping.IndexLinkAt(i);
         positions.push_back(std::to_string(link.JTAGIndex) + "=" + link.BSDLFileName);
