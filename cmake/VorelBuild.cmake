@@ -23,7 +23,7 @@ target_compile_options(vorel-options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # g++ 12 sees overlapping copies in every optimised assignment of a text literal (PR 105651).
-    target_compile_options(vorel-options INTERFACE -Wno-restrict)
+    target_compile_options(vorel-options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
 endif()
 target_include_directories(vorel-options INTERFACE
     ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})

@@ -6,6 +6,7 @@
 // wire; levels of the JTAG wires are those of the connector.
 #pragma once
 
+#include "simulator/Target.h"
 #include "simulator/Wires.h"
 #include "support/Objects.h"
 #include "vorel/ParallelPort.h"
@@ -96,16 +97,21 @@ private:
     bool HasLoop = false;
 };
 
-// The parallel ports of a virtual machine. Owns them.
+// The parallel ports of a virtual machine. Owns them, and the targets that it is given to keep.
 class TSimParallelPorts final : public TNonRefCountedInterfacedObject<IParallelPortManager> {
 public:
     // Adds a port behind those that are there.
     TParallelCable& Add(std::uint16_t baseAddress = 0x378);
+    // A target that cables lead to.
+    TTarget& Keep(std::unique_ptr<TTarget> target) {
+        return *Targets.emplace_back(std::move(target));
+    }
 
     Status GetPortCount(std::int32_t& count) noexcept override;
     Status GetPort(std::int32_t index, IParallelPort*& port) noexcept override;
 
 private:
+    std::vector<std::unique_ptr<TTarget>> Targets;
     std::vector<std::unique_ptr<TParallelCable>> Ports;
 };
 

@@ -1,5 +1,6 @@
 #include "simulator/Scene.h"
 
+#include "simulator/BsdlDevice.h"
 #include "simulator/DebugUnit.h"
 #include "simulator/MemoryInstrument.h"
 #include "simulator/RemoteBitbangLines.h"
@@ -25,34 +26,40 @@ void Fill(TChain& chain, const SceneChain& scene) {
     chain.SetTdoFault(scene.TdoFault);
 }
 
-void Fill(TBoard& board, const ScenePod& pod) {
+void Fill(TBoard& board, const SceneTarget& scene) {
     TChain& chain = board.ControllerChain();
-    for (const SceneDevice& device : pod.Board.Devices) {
+    for (const SceneDevice& device : scene.Board.Devices) {
         for (std::size_t i = 0; i < device.Count; ++i) {
-            board.AddController(device.Settings).SetBusyReads(pod.BusyReads);
+            board.AddController(device.Settings).SetBusyReads(scene.BusyReads);
             chain.SetWireFault(chain.DeviceCount() - 1, device.Fault);
         }
     }
-    chain.SetTdoFault(pod.Board.TdoFault);
-    for (std::size_t i = 0; i < pod.Spi.size(); ++i) {
-        board.SetSpiDevice(i, std::make_unique<TSpiMemory>(pod.Spi[i].Name, pod.Spi[i].Id));
+    chain.SetTdoFault(scene.Board.TdoFault);
+    for (std::size_t i = 0; i < scene.Spi.size(); ++i) {
+        board.SetSpiDevice(i, std::make_unique<TSpiMemory>(scene.Spi[i].Name, scene.Spi[i].Id));
     }
 }
 
 } // namespace
 
 std::unique_ptr<TTapDevice> SceneDevice::Create() const {
-    switch (Kind) {
-    case SceneKind::Processor:
+    if (Kind == SceneKind::Processor) {
         return std::make_unique<TDebugUnit>(Settings);
-    case SceneKind::Memory:
+    }
+    if (Kind == SceneKind::Memory) {
         return std::make_unique<TMemoryInstrument>(Settings);
-    default:
+    }
+    if (Entity == nullptr) {
         return std::make_unique<TTapDevice>(Settings);
     }
+    auto device = std::make_unique<TBsdlDevice>(*Entity, Settings);
+    for (const auto& [pin, input] : Pins) {
+        device->SetPin(pin, input);
+    }
+    return device;
 }
 
-std::unique_ptr<TTarget> ScenePod::CreateTarget() const {
+std::unique_ptr<TTarget> SceneTarget::CreateTarget() const {
     auto target = std::make_unique<TTarget>();
     Fill(target->HardChain(), Hard);
     Fill(target->SoftChain(), Soft);
@@ -91,7 +98,7 @@ TScene TScene::Parse(std::string_view text, const std::string& fileName) {
                           " bytes");
     }
     TScene scene;
-    scene.Pods = TSceneReader(fileName).Read(text);
+    TSceneReader(fileName).Read(text, scene);
     return scene;
 }
 
@@ -101,6 +108,22 @@ std::unique_ptr<TSimUsbServices> TScene::CreateUsb() const {
         services->Add(pod.CreatePod());
     }
     return services;
+}
+
+std::unique_ptr<TSimParallelPorts> TScene::CreateParallelPorts() const {
+    auto ports = std::make_unique<TSimParallelPorts>();
+    for (const SceneCable& cable : Cables) {
+        TTarget& target = ports->Keep(cable.CreateTarget());
+        TParallelCable& port = ports->Add(cable.Address);
+        TBoard* board = target.Board();
+        if (board != nullptr && cable.BoardWires) {
+            port.Connect(*cable.BoardWires, board->ControllerChain());
+            port.Connect(cable.Wires, board->MultiplexedLines());
+        } else {
+            port.Connect(cable.Wires, target.HardChain());
+        }
+    }
+    return ports;
 }
 
 } // namespace vorel::sim

@@ -75,7 +75,7 @@ std::uint8_t TSpiMemory::NextOutput(std::uint8_t value) {
     case ReadId:
         return static_cast<std::uint8_t>(ByteIndex < 3 ? Id >> (16 - 8 * ByteIndex) : 0);
     case ReadStatus:
-        return WriteEnabled ? 2 : 0;
+        return WriteEnabled ? std::uint8_t{2} : std::uint8_t{0};
     case ReadData:
     case PageProgram:
         break;
@@ -87,7 +87,7 @@ std::uint8_t TSpiMemory::NextOutput(std::uint8_t value) {
     } else if (ByteIndex > 3 && Command == PageProgram) {
         Program(value);
     }
-    return Command == ReadData && ByteIndex >= 3 ? Memory[Address++ % ByteCount] : 0;
+    return Command == ReadData && ByteIndex >= 3 ? Memory[Address++ % ByteCount] : std::uint8_t{0};
 }
 
 void TSpiMemory::Program(std::uint8_t value) {

@@ -12,10 +12,14 @@ namespace {
 
 class TVirtualHardware final : public IHardware {
 public:
-    TVirtualHardware(std::unique_ptr<sim::TSimUsbServices> services, std::string description)
-        : Services(std::move(services)), Description(std::move(description)) {}
+    TVirtualHardware(std::unique_ptr<sim::TSimUsbServices> services,
+                     std::unique_ptr<sim::TSimParallelPorts> cables, std::string description)
+        : Services(std::move(services)),
+          Cables(std::move(cables)),
+          Description(std::move(description)) {}
 
     IUsbServices& Usb() noexcept override { return *Services; }
+    IParallelPortManager* ParallelPorts() noexcept override { return Cables.get(); }
     std::string Describe() const override { return Description; }
     std::vector<std::string> Notes() const override {
         if (Services->LastError().empty()) {
@@ -26,13 +30,17 @@ public:
 
 private:
     std::unique_ptr<sim::TSimUsbServices> Services;
+    std::unique_ptr<sim::TSimParallelPorts> Cables;
     std::string Description;
 };
 
 class TMachineHardware final : public IHardware {
 public:
     IUsbServices& Usb() noexcept override { return Services; }
-    std::string Describe() const override { return "the USB pods of this machine"; }
+    IParallelPortManager* ParallelPorts() noexcept override { return nullptr; }
+    std::string Describe() const override {
+        return "the USB pods and parallel ports of this machine";
+    }
     std::vector<std::string> Notes() const override;
 
 private:
@@ -56,8 +64,9 @@ std::vector<std::string> TMachineHardware::Notes() const {
 
 std::unique_ptr<IHardware> OpenScene(const std::filesystem::path& file) {
     const sim::TScene scene = sim::TScene::Load(file.string());
-    return std::make_unique<TVirtualHardware>(
-        scene.CreateUsb(), "scene " + file.filename().string() + " (virtual hardware)");
+    return std::make_unique<TVirtualHardware>(scene.CreateUsb(), scene.CreateParallelPorts(),
+                                              "scene " + file.filename().string() +
+                                                  " (virtual hardware)");
 }
 
 std::unique_ptr<IHardware> OpenBitbang(const std::string& address) {
@@ -68,11 +77,18 @@ std::unique_ptr<IHardware> OpenBitbang(const std::string& address) {
     services->Add(
         std::make_unique<sim::TSimPod>(identity, sim::TRemoteBitbangLines::Connect(address)));
     return std::make_unique<TVirtualHardware>(std::move(services),
+                                              std::make_unique<sim::TSimParallelPorts>(),
                                               "remote_bitbang server " + address);
 }
 
 std::unique_ptr<IHardware> OpenMachine() {
     return std::make_unique<TMachineHardware>();
+}
+
+std::unique_ptr<IHardware> OpenNoHardware() {
+    return std::make_unique<TVirtualHardware>(std::make_unique<sim::TSimUsbServices>(),
+                                              std::make_unique<sim::TSimParallelPorts>(),
+                                              "no hardware");
 }
 
 } // namespace vorel::host

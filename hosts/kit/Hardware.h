@@ -1,7 +1,8 @@
-// The hardware that a host program works on: the virtual one of a scene, the machine's own pods, or
-// a remote_bitbang server behind a pod of its own.
+// The hardware that a host program works on: the virtual one of a scene, the machine's own, or a
+// remote_bitbang server behind a pod of its own.
 #pragma once
 
+#include "vorel/ParallelPort.h"
 #include "vorel/UsbServices.h"
 
 #include <filesystem>
@@ -20,6 +21,8 @@ public:
 
     // Owned by the hardware; has to stay until the library is unloaded.
     virtual IUsbServices& Usb() noexcept = 0;
+    // The same; null for the machine's own ports.
+    virtual IParallelPortManager* ParallelPorts() noexcept = 0;
     // For people: "scene default.ini (virtual hardware)".
     virtual std::string Describe() const = 0;
     // What a user should know besides the ports: pods that may not be opened, a connection that was
@@ -31,5 +34,7 @@ public:
 std::unique_ptr<IHardware> OpenScene(const std::filesystem::path& file);
 std::unique_ptr<IHardware> OpenBitbang(const std::string& address); // HOST:PORT
 std::unique_ptr<IHardware> OpenMachine();
+// No hardware at all, not even the machine's own: for work with what is known about devices.
+std::unique_ptr<IHardware> OpenNoHardware();
 
 } // namespace vorel::host

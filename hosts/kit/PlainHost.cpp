@@ -154,6 +154,11 @@ Status TPlainHost::GetParallelPortManager(IParallelPortManager*& manager) noexce
     return StatusOk;
 }
 
+Status TPlainHost::GetTrafficAnalyser(IJTagAnalyser*& analyser) noexcept {
+    analyser = Analyser;
+    return StatusOk;
+}
+
 void SetHostClient(IHostClient* client) noexcept {
     TheClient = client;
 }

@@ -40,6 +40,8 @@ public:
     // Has to be set before the library is loaded.
     void UseUsb(IUsbServices* services) noexcept { Usb = services; }
     void UseParallelPorts(IParallelPortManager* manager) noexcept { ParallelPorts = manager; }
+    // Who is told of all traffic; the same.
+    void UseAnalyser(IJTagAnalyser* analyser) noexcept { Analyser = analyser; }
 
     // Where status texts, and messages and boxes, go. Nothing is shown while empty.
     std::function<void(const std::string&)> OnStatus;
@@ -61,12 +63,14 @@ public:
     Status GetDirectory(HostDirectory directory, WideText& path) noexcept override;
     Status GetUsbServices(IUsbServices*& services) noexcept override;
     Status GetParallelPortManager(IParallelPortManager*& manager) noexcept override;
+    Status GetTrafficAnalyser(IJTagAnalyser*& analyser) noexcept override;
 
 private:
     TInstallation Installation;
     TUserFolders User;
     IUsbServices* Usb = nullptr;
     IParallelPortManager* ParallelPorts = nullptr;
+    IJTagAnalyser* Analyser = nullptr;
 };
 
 // The client that this process's exported function gives to the library; null takes it back. Not

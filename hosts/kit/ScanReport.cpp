@@ -72,6 +72,9 @@ Status ReportChain(IJTagChannel& channel, TChainReport& report) {
     if (Failed(status)) {
         return status;
     }
+    if (bits.AfterReset.empty()) {
+        return StatusOk; // the cable has no such chain
+    }
     report.Diagnosis = Diagnose(bits);
     ExplainIds(report, bits);
     return StatusOk;
@@ -108,6 +111,8 @@ void ReportChains(IJTagPort& port, TPortReport& report) {
         const Status status = ReportChain(*channel, chain);
         if (Failed(status)) {
             report.Problem = "Looking at chain " + chain.Name + ": " + DescribeStatus(status);
+        } else if (chain.Devices.empty() && !chain.Diagnosis) {
+            continue;
         }
         report.Chains.push_back(std::move(chain));
     }

@@ -34,5 +34,14 @@ const ICommand& DebugCommand();
 std::vector<const ICommand*> SingleDebugCommands();
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
+const ICommand& BsdlCommand();
+const ICommand& PinsCommand();
+const ICommand& VendorsCommand();
+const ICommand& FamiliesCommand();
+const ICommand& DevicesCommand();
+const ICommand& DeviceCommand();
+const ICommand& IdCommand();
+const ICommand& CacheCommand();
+const ICommand& MappingCommand();
 
 } // namespace vorel::host

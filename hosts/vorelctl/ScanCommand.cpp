@@ -1,29 +1,22 @@
 #include "hosts/kit/ScanReport.h"
 #include "hosts/vorelctl/Commands.h"
+#include "hosts/vorelctl/Progress.h"
+#include "hosts/vorelctl/Recording.h"
 #include "hosts/vorelctl/ScanText.h"
 #include "hosts/vorelctl/Session.h"
 
-#include <unistd.h>
-
 #include <cstdio>
+#include <optional>
 
 namespace vorel::host {
 
 namespace {
 
-// A line that is overwritten while work goes on; nothing where stderr is no terminal.
-void ShowProgress(const std::string& text) {
-    if (isatty(STDERR_FILENO) != 0) {
-        std::fprintf(stderr, "\r\033[K%s", text.c_str());
-        std::fflush(stderr);
-    }
-}
-
 class TScanCommand final : public ICommand {
 public:
     std::string_view Name() const override { return "scan"; }
     std::string_view Usage() const override {
-        return "[--scene FILE | --usb | --bitbang HOST:PORT] [--json]";
+        return "[--scene FILE | --usb | --bitbang HOST:PORT] [--json] [--record NAME]";
     }
     std::string_view Summary() const override {
         return "find the ports, their chains and the devices on them";
@@ -37,6 +30,8 @@ public:
     std::vector<TOption> Options() const override {
         std::vector<TOption> options = HardwareOptions();
         options.push_back({"--json", "", "print one JSON object"});
+        options.push_back({"--record", "NAME",
+                           "record the JTAG traffic: NAME_JTAG.txt, NAME_JTAGOut.txt, NAME.vcd"});
         return options;
     }
     ExitStatus Run(const TArguments& arguments) const override;
@@ -47,12 +42,19 @@ ExitStatus TScanCommand::Run(const TArguments& arguments) const {
         throw ECommandFailure(ExitStatus::WrongUsage,
                               "scan takes no \"" + arguments.Words().front() + "\".");
     }
-    TSession session(arguments);
+    std::optional<TRecording> recording;
+    if (const auto name = arguments.Find("--record")) {
+        recording.emplace(*name);
+    }
+    TSession session(arguments, recording ? recording->Analyser() : nullptr);
     TScanReport report = CollectScan(session.Library(), ShowProgress);
     ShowProgress("");
     report.Hardware = session.Hardware().Describe();
     for (std::string& note : session.Hardware().Notes()) {
         report.Notes.push_back(std::move(note));
+    }
+    if (recording) {
+        std::fprintf(stderr, "%s\n", recording->Save().c_str());
     }
     const std::string text = arguments.Has("--json") ? ScanAsJson(report) : ScanAsText(report);
     std::fputs(text.c_str(), stdout);

@@ -1,5 +1,6 @@
 #include "hosts/vorelctl/ScanText.h"
 
+#include "hosts/vorelctl/Listing.h"
 #include "hosts/vorelctl/Makers.h"
 #include "support/Text.h"
 
@@ -20,9 +21,7 @@ IdFields FieldsOf(std::uint32_t id) {
     return {(id >> 1U) & 0x7FFU, (id >> 12U) & 0xFFFFU, id >> 28U};
 }
 
-using Row = std::vector<std::string>;
-
-Row DeviceRow(const TDeviceReport& device) {
+TRow DeviceRow(const TDeviceReport& device) {
     const IdFields fields = FieldsOf(device.Id);
     const std::string maker = MakerName(fields.Manufacturer);
     return {std::to_string(device.Index),
@@ -34,24 +33,6 @@ Row DeviceRow(const TDeviceReport& device) {
             device.Family};
 }
 
-std::string Table(const std::vector<Row>& rows, const std::string& indent) {
-    std::vector<std::size_t> widths(rows.front().size(), 0);
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    std::string text;
-    for (const Row& row : rows) {
-        std::string line = indent;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            line += PadRight(row[i], widths[i] + 2);
-        }
-        text.append(line, 0, line.find_last_not_of(' ') + 1).push_back('\n');
-    }
-    return text;
-}
-
 std::string DiagnosisText(const TChainReport& chain, const std::string& indent) {
     const TChainDiagnosis& diagnosis = *chain.Diagnosis;
     std::string text;
@@ -60,7 +41,7 @@ std::string DiagnosisText(const TChainReport& chain, const std::string& indent) 
         text += indent + "Bits seen after a reset, first bit at the right: " + diagnosis.BitsSeen +
                 "\n";
         for (const std::string& advice : diagnosis.Advice(chain.Role == "soft")) {
-            text += indent + "- " + advice + "\n";
+            text.append(indent).append("- ").append(advice).push_back('\n');
         }
     }
     if (!chain.IdsSeen.empty()) {
@@ -80,10 +61,10 @@ std::string ChainText(const TChainReport& chain) {
     std::string text = "  " + chain.Name + " (" + chain.Role + " chain): " + std::to_string(count) +
                        (count == 1 ? " device\n" : " devices\n");
     if (count > 0) {
-        std::vector<Row> rows{{"#", "Id", "Manufacturer", "Part", "IR", "Name", "Family"}};
+        std::vector<TRow> rows{{"#", "Id", "Manufacturer", "Part", "IR", "Name", "Family"}};
         std::transform(chain.Devices.begin(), chain.Devices.end(), std::back_inserter(rows),
                        DeviceRow);
-        text += Table(rows, "    ");
+        text += AlignColumns(rows, "    ");
     }
     if (chain.Diagnosis) {
         text += DiagnosisText(chain, "    ");
@@ -119,7 +100,7 @@ std::string ScanAsText(const TScanReport& report) {
     for (const TPortReport& port : report.Ports) {
         text += "\n" + PortText(port);
     }
-    if (report.Ports.size() < 2) {
+    if (report.Ports.size() < 2 && !report.FoundChain()) {
         text += "\nNo pod was found.\n";
     }
     if (!report.Notes.empty()) {

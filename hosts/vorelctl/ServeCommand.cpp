@@ -79,6 +79,9 @@ ExitStatus TServeCommand::Run(const TArguments& arguments) const {
     }
     const sim::TScene scene = sim::TScene::Load(FindScene(*sceneName).string());
     const long podCount = static_cast<long>(scene.Pods.size());
+    if (podCount == 0) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault, "The scene has no pod.");
+    }
     const long pod = arguments.FindNumber("--pod", 1, podCount).value_or(1);
     const std::unique_ptr<sim::TTarget> target =
         scene.Pods[static_cast<std::size_t>(pod - 1)].CreateTarget();

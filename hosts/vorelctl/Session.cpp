@@ -34,7 +34,7 @@ std::unique_ptr<IHardware> OpenChosen(const TArguments& arguments) {
 
 std::filesystem::path FindScene(const std::string& name) {
     std::error_code error;
-    const std::filesystem::path shipped = TInstallation::OfThisProgram().Scenes() / name;
+    std::filesystem::path shipped = TInstallation::OfThisProgram().Scenes() / name;
     if (!std::filesystem::exists(name, error) && std::filesystem::exists(shipped, error)) {
         return shipped;
     }
@@ -44,15 +44,22 @@ std::filesystem::path FindScene(const std::string& name) {
 std::vector<TOption> HardwareOptions() {
     return {
         {"--scene", "FILE", "virtual hardware: a scene file, or the name of a shipped scene"},
-        {"--usb", "", "the USB pods of this machine"},
+        {"--usb", "", "the USB pods and parallel ports of this machine"},
         {"--bitbang", "HOST:PORT", "a chain behind a remote_bitbang server"},
     };
 }
 
-TSession::TSession(const TArguments& arguments)
-    : Chosen(OpenChosen(arguments)),
+TSession::TSession(const TArguments& arguments, IJTagAnalyser* analyser)
+    : TSession(OpenChosen(arguments), analyser) {}
+
+TSession::TSession() : TSession(OpenNoHardware(), nullptr) {}
+
+TSession::TSession(std::unique_ptr<IHardware> hardware, IJTagAnalyser* analyser)
+    : Chosen(std::move(hardware)),
       Host(TInstallation::OfThisProgram(), TUserFolders::OfThisUser()) {
     Host.UseUsb(&Chosen->Usb());
+    Host.UseParallelPorts(Chosen->ParallelPorts());
+    Host.UseAnalyser(analyser);
     Host.OnMessage = [](const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); };
     SetHostClient(&Host);
     if (!Vorel.Load(ProgramFolder())) {
@@ -64,6 +71,14 @@ TSession::TSession(const TArguments& arguments)
 TSession::~TSession() {
     Vorel.Unload();
     SetHostClient(nullptr);
+}
+
+IDeviceManager& TSession::Devices() const {
+    IDeviceManager* const manager = Vorel.DeviceManager();
+    if (manager == nullptr) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault, "The library made no device manager.");
+    }
+    return *manager;
 }
 
 } // namespace vorel::host

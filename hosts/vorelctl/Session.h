@@ -1,5 +1,5 @@
-// What the commands that touch hardware share: choosing it, the host services on top of it, and the
-// loaded library.
+// What commands that need the library share: the hardware they work on, if any, the host services
+// on top of it, and the loaded library.
 #pragma once
 
 #include "hosts/kit/Hardware.h"
@@ -21,7 +21,11 @@ class TSession {
 public:
     // Opens the hardware that the arguments name, the default scene without any, and loads the
     // library on it. ECommandFailure with WrongUsage or EnvironmentFault.
-    explicit TSession(const TArguments& arguments);
+    // `analyser` is told of all traffic; not owned, null for none, outlives the session.
+    explicit TSession(const TArguments& arguments, IJTagAnalyser* analyser = nullptr);
+    // Loads the library without hardware, for questions about what it knows. ECommandFailure with
+    // EnvironmentFault.
+    TSession();
     ~TSession();
     TSession(const TSession&) = delete;
     TSession& operator=(const TSession&) = delete;
@@ -29,8 +33,12 @@ public:
     TVorelLibrary& Library() noexcept { return Vorel; }
     IHostClient& Client() noexcept { return Host; }
     const IHardware& Hardware() const noexcept { return *Chosen; }
+    // The root object. ECommandFailure with EnvironmentFault when the library has none.
+    IDeviceManager& Devices() const;
 
 private:
+    TSession(std::unique_ptr<IHardware> hardware, IJTagAnalyser* analyser);
+
     std::unique_ptr<IHardware> Chosen;
     TPlainHost Host;
     TVorelLibrary Vorel;

@@ -10,7 +10,10 @@ namespace vorel::host {
 
 const std::vector<const ICommand*>& AllCommands() {
     static const std::vector<const ICommand*> commands = [] {
-        std::vector<const ICommand*> list{&ScanCommand(), &ServeCommand(), &DebugCommand()};
+        std::vector<const ICommand*> list{&ScanCommand(),    &PinsCommand(),     &BsdlCommand(),
+                                          &VendorsCommand(), &FamiliesCommand(), &DevicesCommand(),
+                                          &DeviceCommand(),  &IdCommand(),       &MappingCommand(),
+                                          &CacheCommand(),   &ServeCommand(),    &DebugCommand()};
         const std::vector<const ICommand*> single = SingleDebugCommands();
         list.insert(list.end(), single.begin(), single.end());
         return list;
@@ -24,7 +27,7 @@ std::string HelpText() {
     std::string text = "vorelctl drives JTAG chains through VorelManager.\n\n"
                        "usage: vorelctl COMMAND [OPTION...]\n\ncommands:\n";
     for (const ICommand* command : AllCommands()) {
-        text += "  " + PadRight(command->Name(), 8) + std::string(command->Summary()) + "\n";
+        text += "  " + PadRight(command->Name(), 10) + std::string(command->Summary()) + "\n";
     }
     return text + "\nvorelctl COMMAND --help tells more. vorelctl --version prints the version.\n"
                   "Exit status: 0 done, 1 nothing found or failed, 2 wrong usage, 3 a file, "

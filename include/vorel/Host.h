@@ -10,6 +10,7 @@
 
 namespace vorel {
 
+class IJTagAnalyser;
 class IUsbServices;
 class IParallelPortManager;
 
@@ -89,6 +90,8 @@ public:
     // at load.
     virtual Status GetUsbServices(IUsbServices*& services) noexcept = 0;
     virtual Status GetParallelPortManager(IParallelPortManager*& manager) noexcept = 0;
+    // Who is told of all JTAG traffic (vorel/Analyser.h); null for nobody. Asked once, at load.
+    virtual Status GetTrafficAnalyser(IJTagAnalyser*& analyser) noexcept = 0;
 
 protected:
     ~IHostClient() = default;

@@ -28,8 +28,12 @@ void TJTagChannel_ParallelPort::DoOpen() {
     if (Mapping->Multiplexed && Mapping->ChannelAddress != OwningPort().GetSelectedChain()) {
         SelectChain(Mapping->ChannelAddress);
     }
+    Claim = Ref<IParallelPort>(Mapping->GetPort());
     try {
         Mapping->Activate();
+        LastTck = 0;
+        LastTms = 0;
+        LastTdi = 0;
         if (Mapping->IsJTag) {
             DoResetToIdle();
         }
@@ -41,6 +45,7 @@ void TJTagChannel_ParallelPort::DoOpen() {
 
 void TJTagChannel_ParallelPort::DoClose() {
     ClearPins();
+    const Ref<IParallelPort> claim = std::move(Claim);
     if (Mapping == nullptr) {
         return;
     }
@@ -59,6 +64,7 @@ void TJTagChannel_ParallelPort::DoClose() {
 void TJTagChannel_ParallelPort::CloseAfterFailure() noexcept {
     ClearPins();
     static_cast<void>(Guard([&] { Mapping->Deactivate(); }));
+    Claim.Reset();
 }
 
 void TJTagChannel_ParallelPort::DoWritePins() {

@@ -1,7 +1,11 @@
 // A chain behind a parallel-port cable: each pin change is a write to the port's registers.
+//
+// The channel holds a reference of the port from its opening to its closing, however that ends.
+// When no channel holds one any more, the port gives its claim back to the machine.
 #pragma once
 
 #include "core/JTagChannel.h"
+#include "vorel/ParallelPort.h"
 
 namespace vorel {
 
@@ -34,6 +38,7 @@ private:
     void CloseAfterFailure() noexcept;
 
     TJTagParallelPort_ChannelMapping* Mapping = nullptr;
+    Ref<IParallelPort> Claim; // while open
     std::uint8_t LastTck = 0;
     std::uint8_t LastTms = 0;
     std::uint8_t LastTdi = 0;

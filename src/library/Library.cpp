@@ -57,6 +57,7 @@ TLibrary::TLibrary(IHostClient* client)
       BsdlSource(BsdlFiles),
       Context{Host, &Knowledge, nullptr, &BsdlSource},
       Ports(std::make_unique<TPortList>(Pods, ChooseParallelPorts(), Boards, Context)) {
+    JoinAnalyser();
     if (client != nullptr) {
         MakeRootObject();
     } else {
@@ -79,7 +80,21 @@ IUsbServices& TLibrary::ChooseUsb() {
 IParallelPortManager* TLibrary::ChooseParallelPorts() {
     IParallelPortManager* manager = nullptr;
     Check(Host.GetParallelPortManager(manager), "Asking the host for parallel ports");
+    if (manager == nullptr) {
+        MachinePorts = std::make_unique<TParallelPortLibrary>(
+            ModuleLoader, FolderOf(Host, HostDirectory::System));
+        manager = MachinePorts->Manager();
+    }
     return manager;
+}
+
+// An analyser without a recorder is not told of every clock of a pod: that would cost more than
+// the clock.
+void TLibrary::JoinAnalyser() {
+    IJTagAnalyser* recording = nullptr;
+    Check(Host.GetTrafficAnalyser(recording), "Asking the host for a recorder");
+    Boards.SetAnalyser(recording != nullptr ? recording : Analyser.Get());
+    Pods.SetAnalyser(recording);
 }
 
 TKnowledgeSettings TLibrary::KnowledgeSettings(IHostClient* client) {

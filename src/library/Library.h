@@ -11,8 +11,10 @@
 #include "core/PortList.h"
 #include "core/UserDialogs.h"
 #include "library/KnowledgeOnDemand.h"
+#include "platform/ParallelPortLibrary.h"
 #include "platform/ZipExtractor.h"
 #include "support/NeutralHost.h"
+#include "transport/JTagAnalyser.h"
 #include "transport/JTagParallelPortMap.h"
 #include "transport/Manage_UsbJtag.h"
 
@@ -36,6 +38,7 @@ public:
 private:
     IUsbServices& ChooseUsb();
     IParallelPortManager* ChooseParallelPorts();
+    void JoinAnalyser();
     TKnowledgeSettings KnowledgeSettings(IHostClient* client);
     void MakeRootObject();
 
@@ -44,6 +47,8 @@ private:
     std::shared_ptr<IUsbServices> MachineUsb; // unless the host has its own
     TJTagParallelPort_InstalledBoardTypes Boards;
     TUsbJtagManager Pods;
+    // The one that stands by for a recorder, and has none.
+    Ref<TJTagAnalyserAdaptor> Analyser{new TJTagAnalyserAdaptor};
 
     TSystemModuleLoader ModuleLoader;
     TSystemFileTimes FileTimes;
@@ -52,6 +57,7 @@ private:
     TBSDLLibrary BsdlFiles;
     TBsdlSource BsdlSource;
     TCoreContext Context;
+    std::unique_ptr<TParallelPortLibrary> MachinePorts; // unless the host has its own
     std::unique_ptr<TPortList> Ports;
 
     TNoUserDialogs Dialogs;

@@ -1,5 +1,6 @@
 #include "platform/DynamicLibrary.h"
 
+#include "platform/ElfFile.h"
 #include "support/Text.h"
 
 #include <dlfcn.h>
@@ -34,7 +35,7 @@ IModuleLoader::Handle TSystemModuleLoader::FindLoaded(std::string_view fileName)
 }
 
 IModuleLoader::Handle TSystemModuleLoader::Load(const std::string& path) {
-    return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return IsWholeElfFile(path) ? dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
 }
 
 void* TSystemModuleLoader::FindSymbol(Handle handle, const char* name) {

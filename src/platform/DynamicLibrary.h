@@ -25,7 +25,8 @@ public:
 };
 
 // The dynamic linker of the system. All symbols are bound at load, so that a library with a missing
-// one is refused instead of ending the process at its first call.
+// one is refused instead of ending the process at its first call. So is a file that was cut short
+// (IsWholeElfFile). Paths have a folder: the system's own search is not used.
 class TSystemModuleLoader final : public IModuleLoader {
 public:
     Handle FindLoaded(std::string_view fileName) override;

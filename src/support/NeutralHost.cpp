@@ -147,4 +147,9 @@ Status TNeutralHost::GetParallelPortManager(IParallelPortManager*& manager) noex
     return StatusOk;
 }
 
+Status TNeutralHost::GetTrafficAnalyser(IJTagAnalyser*& analyser) noexcept {
+    analyser = nullptr;
+    return StatusOk;
+}
+
 } // namespace vorel

@@ -41,6 +41,7 @@ public:
     Status IsClosing(Bool32& closing) noexcept override;
     Status GetUsbServices(IUsbServices*& services) noexcept override;
     Status GetParallelPortManager(IParallelPortManager*& manager) noexcept override;
+    Status GetTrafficAnalyser(IJTagAnalyser*& analyser) noexcept override;
 };
 
 } // namespace vorel

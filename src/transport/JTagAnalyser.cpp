@@ -4,59 +4,59 @@
 
 namespace vorel {
 
-template<class... Parameters, class... Arguments>
-Status TJTagAnalyserAdaptor::Forward(void (ITrafficRecorder::*operation)(Parameters...),
-                                     const Arguments&... arguments) noexcept {
+template<class Call>
+Status TJTagAnalyserAdaptor::Forward(const Call& call) noexcept {
     if (Form == nullptr) {
         return StatusOk;
     }
-    return Guard([&] { (Form->*operation)(arguments...); });
+    return Guard([&] { call(*Form); });
 }
 
 Status TJTagAnalyserAdaptor::BeginWrite() noexcept {
-    return Forward(&ITrafficRecorder::BeginWrite);
+    return Forward([](ITrafficRecorder& recorder) { recorder.BeginWrite(); });
 }
 
 Status TJTagAnalyserAdaptor::EndWrite() noexcept {
-    return Forward(&ITrafficRecorder::EndWrite);
+    return Forward([](ITrafficRecorder& recorder) { recorder.EndWrite(); });
 }
 
 Status TJTagAnalyserAdaptor::BeginRead() noexcept {
-    return Forward(&ITrafficRecorder::BeginRead);
+    return Forward([](ITrafficRecorder& recorder) { recorder.BeginRead(); });
 }
 
 Status TJTagAnalyserAdaptor::EndRead() noexcept {
-    return Forward(&ITrafficRecorder::EndRead);
+    return Forward([](ITrafficRecorder& recorder) { recorder.EndRead(); });
 }
 
 Status TJTagAnalyserAdaptor::AddBytesOut(std::int32_t count) noexcept {
-    return Forward(&ITrafficRecorder::AddBytesOut, count);
+    return Forward([&](ITrafficRecorder& recorder) { recorder.AddBytesOut(count); });
 }
 
 Status TJTagAnalyserAdaptor::AddBytesIn(std::int32_t count) noexcept {
-    return Forward(&ITrafficRecorder::AddBytesIn, count);
+    return Forward([&](ITrafficRecorder& recorder) { recorder.AddBytesIn(count); });
 }
 
 Status TJTagAnalyserAdaptor::RecordSignals(std::int32_t mode, std::int32_t tms, std::int32_t tdi,
                                            std::int32_t tck) noexcept {
-    return Forward(&ITrafficRecorder::RecordSignals, mode, tms, tdi, tck);
+    return Forward(
+        [&](ITrafficRecorder& recorder) { recorder.RecordSignals(mode, tms, tdi, tck); });
 }
 
 Status TJTagAnalyserAdaptor::RecordTick(std::int32_t mode, std::int32_t tms,
                                         std::int32_t tdi) noexcept {
-    return Forward(&ITrafficRecorder::RecordTick, mode, tms, tdi);
+    return Forward([&](ITrafficRecorder& recorder) { recorder.RecordTick(mode, tms, tdi); });
 }
 
 Status TJTagAnalyserAdaptor::RecordTdo(std::int32_t bit) noexcept {
-    return Forward(&ITrafficRecorder::RecordTdo, bit);
+    return Forward([&](ITrafficRecorder& recorder) { recorder.RecordTdo(bit); });
 }
 
 Status TJTagAnalyserAdaptor::RecordTdoString(const BitText& bits) noexcept {
-    return Forward(&ITrafficRecorder::RecordTdoString, bits);
+    return Forward([&](ITrafficRecorder& recorder) { recorder.RecordTdoString(bits); });
 }
 
 Status TJTagAnalyserAdaptor::Save() noexcept {
-    return Forward(&ITrafficRecorder::Save);
+    return Forward([](ITrafficRecorder& recorder) { recorder.Save(); });
 }
 
 } // namespace vorel

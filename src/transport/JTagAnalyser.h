@@ -5,6 +5,7 @@
 #pragma once
 
 #include "support/Objects.h"
+#include "vorel/Analyser.h"
 
 namespace vorel {
 
@@ -38,29 +39,6 @@ public:
     virtual void Save() = 0;
 };
 
-// The same to whoever drives lines. Statuses are those of the recorder's failures.
-class IJTagAnalyser : public IInterface {
-public:
-    static constexpr Guid Id{
-        0xAD251A61, 0x3A05, 0x4A9E, {0x91, 0xDF, 0x77, 0xCD, 0xDD, 0x23, 0xB5, 0x18}};
-
-    virtual Status BeginWrite() noexcept = 0;
-    virtual Status EndWrite() noexcept = 0;
-    virtual Status BeginRead() noexcept = 0;
-    virtual Status EndRead() noexcept = 0;
-    virtual Status AddBytesOut(std::int32_t count) noexcept = 0;
-    virtual Status AddBytesIn(std::int32_t count) noexcept = 0;
-    virtual Status RecordSignals(std::int32_t mode, std::int32_t tms, std::int32_t tdi,
-                                 std::int32_t tck) noexcept = 0;
-    virtual Status RecordTick(std::int32_t mode, std::int32_t tms, std::int32_t tdi) noexcept = 0;
-    virtual Status RecordTdo(std::int32_t bit) noexcept = 0;
-    virtual Status RecordTdoString(const BitText& bits) noexcept = 0;
-    virtual Status Save() noexcept = 0;
-
-protected:
-    ~IJTagAnalyser() = default;
-};
-
 class TJTagAnalyserAdaptor final : public TInterfacedObject<IJTagAnalyser> {
 public:
     // The recorder; not owned, may be null.
@@ -80,9 +58,8 @@ public:
     Status Save() noexcept override;
 
 private:
-    template<class... Parameters, class... Arguments>
-    Status Forward(void (ITrafficRecorder::*operation)(Parameters...),
-                   const Arguments&... arguments) noexcept;
+    template<class Call>
+    Status Forward(const Call& call) noexcept;
 };
 
 } // namespace vorel

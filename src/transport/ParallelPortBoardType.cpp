@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view BoardFileVersion = "JTag Board File v1.0";
 // Far above any real board file.
-constexpr std::size_t LargestBoardFile = 1024 * 1024;
+constexpr std::size_t LargestBoardFile = std::size_t{1} << 20U;
 
 using TMapping = TJTagParallelPort_BoardType::TMapping;
 

@@ -1,5 +1,7 @@
 #include "transport/UsbJtagManager.h"
 
+#include "vorel/Analyser.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -93,7 +95,15 @@ TUsbPort& TUsbJtagManager::GetPort(std::int32_t index) {
         return **found;
     }
     Ports.push_back(std::make_unique<TUsbPort>(*this, index));
+    Ports.back()->SetAnalyser(Analyser);
     return *Ports.back();
+}
+
+void TUsbJtagManager::SetAnalyser(IJTagAnalyser* analyser) noexcept {
+    Analyser = analyser;
+    for (const auto& port : Ports) {
+        port->SetAnalyser(analyser);
+    }
 }
 
 void TUsbJtagManager::Release() noexcept {
@@ -138,6 +148,9 @@ std::uint32_t TUsbJtagManager::Read(std::int32_t deviceIndex, void* buffer,
     Pipe.Unbind();
     ++Traffic.Reads;
     Traffic.BytesRead += byteCount;
+    if (Analyser != nullptr && status == StatusSuccess) {
+        Analyser->AddBytesIn(static_cast<std::int32_t>(byteCount));
+    }
     return status;
 }
 
@@ -150,6 +163,9 @@ std::uint32_t TUsbJtagManager::Write(std::int32_t deviceIndex, const void* buffe
     Pipe.Unbind();
     ++Traffic.Writes;
     Traffic.BytesWritten += byteCount;
+    if (Analyser != nullptr && status == StatusSuccess) {
+        Analyser->AddBytesOut(static_cast<std::int32_t>(byteCount));
+    }
     return status;
 }
 

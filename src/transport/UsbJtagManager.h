@@ -58,6 +58,10 @@ public:
     WideText ProductName(std::int32_t deviceIndex);
     WideText SerialNumber(std::int32_t deviceIndex);
 
+    // For every port, also those made later, and for the bytes that go over USB. Not owned, null
+    // for nobody.
+    void SetAnalyser(IJTagAnalyser* analyser) noexcept;
+
     const TUsbTraffic& GetTraffic() const noexcept { return Traffic; }
     void ResetTraffic() noexcept { Traffic = {}; }
 
@@ -77,6 +81,7 @@ private:
     std::int32_t OpenIndex = -1;   // the pod that Pipe is open for, -1 none
     bool Enabled = true;
     TUsbTraffic Traffic;
+    IJTagAnalyser* Analyser = nullptr;
 };
 
 } // namespace vorel

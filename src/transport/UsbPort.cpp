@@ -1,6 +1,10 @@
 #include "transport/UsbPort.h"
 
+#include "support/Errors.h"
 #include "transport/UsbJtagManager.h"
+#include "vorel/Analyser.h"
+
+#include <utility>
 
 namespace vorel {
 
@@ -26,8 +30,12 @@ bool TUsbPort::ClockBits(bool select, std::string_view bits, std::int32_t count)
     const bool capture = ReadDepth > 0;
     std::size_t place = bits.size();
     for (std::int32_t i = 0; i < count; ++i) {
-        Buffer.AddClock(select, false, bits[--place] == '1', capture);
+        const bool tdi = bits[--place] == '1';
         place = place == 0 ? bits.size() : place;
+        Buffer.AddClock(select, false, tdi, capture);
+        if (Analyser != nullptr) [[unlikely]] {
+            RecordClock(select, false, tdi, true);
+        }
         if (!Buffer.TakesClocks() && !FlushIfFull()) {
             return false;
         }
@@ -37,6 +45,10 @@ bool TUsbPort::ClockBits(bool select, std::string_view bits, std::int32_t count)
 
 bool TUsbPort::SetTms(bool level) {
     Buffer.Add(UsbPodOpcode::Tms, Level(level));
+    if (Analyser != nullptr) {
+        RecordedTms = Level(level);
+        Analyser->RecordSignals(RecordedMode, RecordedTms, RecordedTdi, 0);
+    }
     return FlushIfFull();
 }
 
@@ -92,13 +104,49 @@ bool TUsbPort::EndSession() {
 void TUsbPort::BeginRead() noexcept {
     ++ReadDepth;
     ReadResult.clear();
+    UntoldTicks = 0;
+    UntoldSamples = 0;
+    if (Analyser != nullptr) {
+        Analyser->BeginRead();
+    }
 }
 
 bool TUsbPort::EndRead(std::string& text) {
     const bool sent = Flush();
     --ReadDepth;
     text.assign(ReadResult.rbegin(), ReadResult.rend());
+    if (Analyser != nullptr) {
+        if (sent) {
+            RecordResult(text);
+        }
+        Analyser->EndRead();
+    }
     return sent;
+}
+
+void TUsbPort::RecordClock(bool select, bool tms, bool tdi, bool tick) noexcept {
+    RecordedMode = Level(select);
+    RecordedTdi = Level(tdi);
+    if (tick) {
+        RecordedTms = Level(tms);
+        Analyser->RecordTick(RecordedMode, RecordedTms, RecordedTdi);
+        UntoldTicks += ReadDepth > 0 ? 1 : 0;
+    } else {
+        Analyser->RecordSignals(RecordedMode, RecordedTms, RecordedTdi, 0);
+        UntoldSamples += ReadDepth > 0 ? 1 : 0;
+    }
+}
+
+// The newest bits stand at the left. A read that mixes clocks and samples is not told: the recorder
+// could not say which bit belongs where.
+void TUsbPort::RecordResult(const std::string& text) noexcept {
+    const std::size_t ticks = std::exchange(UntoldTicks, 0);
+    const std::size_t samples = std::exchange(UntoldSamples, 0);
+    if (samples == 0 && ticks > 0 && ticks <= text.size()) {
+        static_cast<void>(Guard([&] { return Analyser->RecordTdoString(text.substr(0, ticks)); }));
+    } else if (samples == 1 && ticks == 0 && !text.empty()) {
+        Analyser->RecordTdo(text.front() == '1' ? 1 : 0);
+    }
 }
 
 bool TUsbPort::ReadIdentity(std::string& text) {
@@ -117,7 +165,13 @@ bool TUsbPort::Flush() {
     if (Buffer.GetWriteLen() < TUsbBuffer::Capacity) {
         Buffer.Add(UsbPodOpcode::EndOfBatch, 0);
     }
-    return Buffer.Transfer(ReadResult);
+    if (Analyser == nullptr) {
+        return Buffer.Transfer(ReadResult);
+    }
+    Analyser->BeginWrite();
+    const bool sent = Buffer.Transfer(ReadResult);
+    Analyser->EndWrite();
+    return sent;
 }
 
 WideText TUsbPort::ProductName() {

@@ -9,6 +9,8 @@
 
 namespace vorel {
 
+class IJTagAnalyser;
+
 // Owned by the TUsbJtagManager. Commands are collected and sent when the batch is full, when an
 // answer is needed or on Flush; a shift never costs a USB transfer for each bit. All operations
 // that add to the batch give false when that made a transfer necessary and it failed; LastStatus
@@ -31,6 +33,9 @@ public:
             Buffer.AddClock(select, tms, tdi, ReadDepth > 0);
         } else {
             AddSample(select, tdi);
+        }
+        if (Analyser != nullptr) [[unlikely]] {
+            RecordClock(select, tms, tdi, tick);
         }
         return FlushIfFull();
     }
@@ -72,6 +77,10 @@ public:
     bool Flush();
     bool FlushIfFull() { return !Buffer.IsFull() || Flush(); }
 
+    // Who is told of every clock and every bit read; not owned, null for nobody. What the recorder
+    // fails in does not disturb the traffic.
+    void SetAnalyser(IJTagAnalyser* analyser) noexcept { Analyser = analyser; }
+
     // The texts of the pod's device descriptor; empty when they cannot be read.
     WideText ProductName();
     WideText SerialNumber();
@@ -82,6 +91,8 @@ public:
 private:
     void AddSample(bool select, bool tdi) noexcept;
     bool SetTiming(std::uint32_t& timing, std::uint32_t value, std::uint8_t opcode);
+    void RecordClock(bool select, bool tms, bool tdi, bool tick) noexcept;
+    void RecordResult(const std::string& text) noexcept;
 
     TUsbJtagManager& Manager;
     TUsbBuffer Buffer;
@@ -93,6 +104,13 @@ private:
     std::uint32_t TimingB = 0;
     std::uint32_t TimingD = 0;
     std::uint32_t PodMode = 0;
+
+    IJTagAnalyser* Analyser = nullptr;
+    std::int32_t RecordedMode = 0; // levels told last
+    std::int32_t RecordedTms = 0;
+    std::int32_t RecordedTdi = 0;
+    std::size_t UntoldTicks = 0; // captured in the open read, and its result not told yet
+    std::size_t UntoldSamples = 0;
 };
 
 } // namespace vorel

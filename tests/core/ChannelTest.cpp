@@ -1,6 +1,8 @@
 #include "core/BitVector.h"
 #include "core/ChainScan.h"
 #include "core/CoreRig.h"
+#include "knowledge/Manage_GenericDevices.h"
+#include "knowledge/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -107,6 +109,38 @@ TEST(Channel, ScansReachOneDeviceAndBypassTheOthers) {
     rig.Channel.DoRefresh();
     EXPECT_EQ(rig.Wires.ClockCount(), clocks);
     EXPECT_EQ(rig.Wires.Device(0).State(), sim::TapState::RunTestIdle);
+}
+
+// A device that no driver knows, with 10 instruction bits, between two that are known.
+TEST(Channel, ReachesBehindAnUnknownDeviceOnceTheUserGivesItsLength) {
+    TTempFolder folder;
+    const std::string mapping = "[JTAGMapping1]\nIdCode=02222093\nInstructionLength=10\n"
+                                "UseInstructionLength=1\n";
+    for (const bool isMapped : {false, true}) {
+        Ref<TGenericDeviceManager> generics(new TGenericDeviceManager(
+            folder.Write("BSDL_FileMap.txt", isMapped ? mapping : ""), nullptr));
+        TRig rig;
+        rig.Context.Generic = generics.Get();
+        rig.Knowledge.AddPart(IdA, "Near", 3);
+        rig.Knowledge.AddPart(IdB, "GenericDevice").Family = "Generic";
+        rig.Knowledge.AddPart(IdC, "Far", 5);
+        sim::TChain& wires = rig.AddPod().Target()->HardChain();
+        AddTap(wires, IdA, 3);
+        AddTap(wires, IdB, 10);
+        AddTap(wires, IdC, 5);
+        ASSERT_TRUE(Detect(rig.Port(1)));
+        TJTagChannel& channel = HardChain(rig.Port(1));
+        EXPECT_EQ(channel.ChainDevices().at(1)->IrLengthNow(), isMapped ? 10 : 4);
+        channel.DoLock();
+        std::uint32_t id = 0;
+        ASSERT_EQ(channel.ScanIrWrite(1, 2), StatusOk);
+        ASSERT_EQ(channel.ScanDrExchange(0, 32, 2, id), StatusOk);
+        EXPECT_EQ(id == IdC, isMapped) << std::hex << id;
+        channel.DoRefresh();
+        EXPECT_EQ(wires.Device(2).Instruction() == "00001", isMapped);
+        EXPECT_EQ(wires.Device(1).Instruction() == "1111111111", isMapped);
+        channel.DoUnlock();
+    }
 }
 
 TEST(Channel, LongShiftsFillTheBatches) {

@@ -18,7 +18,12 @@ class TFakeCable : public TNonRefCountedInterfacedObject<IParallelPort> {
 public:
     TFakeCable(sim::IWireTarget& first, sim::IWireTarget& second) : Sets{&first, &second} {}
 
-    Status Prepare() noexcept override { return Result; }
+    std::int32_t AddRef() noexcept override { return ++Users; }
+    std::int32_t Release() noexcept override { return --Users; }
+    Status Prepare() noexcept override {
+        UnusedPrepares += Users == 0 ? 1 : 0;
+        return Result;
+    }
     Status GetBaseAddress(std::uint32_t& address) noexcept override {
         address = 0x0378;
         return StatusOk;
@@ -29,11 +34,14 @@ public:
     }
     Status ReadData(std::uint8_t& value) noexcept override {
         value = Data;
-        return StatusOk;
+        return Result;
     }
     Status WriteData(std::uint8_t value) noexcept override {
         Data = value;
         ++Writes;
+        if (Writes == FailingWrite) {
+            Result = StatusFromOsError(5);
+        }
         for (sim::IWireTarget* set : Sets) {
             set->SetLines((value & 2U) != 0, (value & 4U) != 0, (value & 1U) != 0);
             value = static_cast<std::uint8_t>(value >> 3U);
@@ -50,6 +58,9 @@ public:
 
     Status Result = StatusOk;
     int Writes = 0;
+    int FailingWrite = -1; // the one from which on the port fails
+    int Users = 0;
+    int UnusedPrepares = 0;
 
 private:
     sim::IWireTarget* Sets[2];
@@ -173,6 +184,29 @@ TEST_F(ParallelPort, FallsBackToACableWithoutIds) {
     EXPECT_FALSE(Detect(*Port));
     EXPECT_EQ(Get<Bool32>([&](auto& b) { return Port->IsPresent(b); }), False32);
     EXPECT_EQ(Get<WideText>([&](auto& text) { return Port->GetPortId(text); }), u"");
+}
+
+TEST_F(ParallelPort, KeepsAReferenceOfThePortOnlyWhileAChannelIsOpen) {
+    WriteBoard("0B8C0B01");
+    WriteCable();
+    LoadPort();
+    ASSERT_TRUE(Detect(*Port));
+    EXPECT_EQ(Cable.Users, 0);
+    SoftChain(*Port).DoLock();
+    EXPECT_EQ(Cable.Users, 1);
+    SoftChain(*Port).DoUnlock();
+    EXPECT_EQ(Cable.Users, 0);
+    EXPECT_EQ(Cable.UnusedPrepares, 0);
+
+    // Wherever in a search the port fails, nobody holds it afterwards.
+    const int whole = Cable.Writes;
+    for (int failAt = 1; failAt < whole; failAt = failAt * 3 + 1) {
+        Cable.FailingWrite = Cable.Writes + failAt;
+        Bool32 found = True32;
+        EXPECT_TRUE(Failed(Port->Detect(True32, found))) << failAt;
+        EXPECT_EQ(Cable.Users, 0) << failAt;
+        Cable.Result = StatusOk;
+    }
 }
 
 } // namespace

@@ -36,6 +36,7 @@ TEST_F(Library, GivesTheRootObjectAndThePortsToAHost) {
     const auto hardware = OpenScene(VOREL_TREE "/scenes/three_devices.ini");
     TPlainHost host({VOREL_TREE}, {Folder, Folder});
     host.UseUsb(&hardware->Usb());
+    host.UseParallelPorts(hardware->ParallelPorts());
     SetHostClient(&host);
     ASSERT_TRUE(Vorel.Load(System)) << Vorel.Problem();
 

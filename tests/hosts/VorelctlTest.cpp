@@ -1,39 +1,24 @@
 // vorelctl as a user runs it: the program of the build tree on shipped scenes, its output compared
 // with golden files, and its exit statuses.
+#include "hosts/RunProgram.h"
+
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 
 namespace {
 
-struct TRun {
-    std::string Output; // stdout and stderr
-    int ExitStatus = -1;
-};
+using vorel::host::TRun;
 
-TRun RunVorelctl(const std::string& arguments) {
-    // A home of its own: the driver cache of these runs must not be the user's.
+TRun RunVorelctl(const std::string& arguments, const std::string& folder = "/") {
     const std::filesystem::path home =
         std::filesystem::temp_directory_path() / "vorelctl-test-home";
-    const std::string command = "cd / && XDG_DATA_HOME='" + home.string() + "' XDG_CONFIG_HOME='" +
-                                home.string() + "' '" VOREL_TREE "/System/vorelctl' " + arguments +
-                                " 2>&1";
-    TRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    std::array<char, 4096> block{};
-    while (const std::size_t size = fread(block.data(), 1, block.size(), pipe)) {
-        run.Output.append(block.data(), size);
-    }
-    const int status = pclose(pipe);
-    run.ExitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return vorel::host::RunProgram(VOREL_TREE "/System/vorelctl", home.string(), arguments, folder);
 }
 
 std::string ReadFile(const std::string& path) {
@@ -47,7 +32,8 @@ TEST(Vorelctl, PrintsWhatTheScenesHold) {
         int ExitStatus;
     };
     for (const Case& c : {Case{"default", 0}, Case{"three_devices", 0}, Case{"empty_chain", 1},
-                          Case{"broken_chain", 1}, Case{"stuck_low", 1}, Case{"loop", 1}}) {
+                          Case{"broken_chain", 1}, Case{"stuck_low", 1}, Case{"loop", 1},
+                          Case{"cable", 0}, Case{"cable_board", 0}}) {
         const TRun run = RunVorelctl(std::string("scan --scene ") + c.Scene + ".ini");
         const std::string golden =
             std::string(VOREL_SOURCE_DIR "/tests/hosts/golden/scan_") + c.Scene + ".txt";
@@ -124,6 +110,78 @@ TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
     std::filesystem::remove(script);
 }
 
+TEST(Vorelctl, SaysWhatBsdlFilesHold) {
+    const std::string folder = VOREL_SOURCE_DIR "/tests/data/bsdl";
+    const std::string golden = VOREL_SOURCE_DIR "/tests/hosts/golden/bsdl";
+    struct Case {
+        const char* Arguments;
+        const char* Golden;
+        int ExitStatus;
+    };
+    for (const Case& c : {Case{"latch.bsd broken.bsd", ".txt", 0},
+                          Case{"--json latch.bsd broken.bsd none.bsd", ".json", 1}}) {
+        const TRun run = RunVorelctl("bsdl " + std::string(c.Arguments), folder);
+        EXPECT_EQ(run.Output, ReadFile(golden + c.Golden)) << "golden file: " << golden << c.Golden;
+        EXPECT_EQ(run.ExitStatus, c.ExitStatus);
+    }
+}
+
+TEST(Vorelctl, SamplesPinsAndMarksChanges) {
+    const std::string folder = VOREL_SOURCE_DIR "/tests/data/bsdl/";
+    const std::string scene =
+        (std::filesystem::temp_directory_path() / "vorelctl-test-pins.ini").string();
+    std::ofstream(scene) << "[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\ndevice = L bsdl=" << folder
+                         << "latch.bsd pin.D=flip pin.4=1\n";
+    const std::string pins = "pins --scene " + scene + " --chain hard ";
+    const TRun run = RunVorelctl(pins + "--index 1 --watch --samples 2 --interval 1 --bsdl " +
+                                 folder + "latch.bsd");
+    const std::string golden = VOREL_SOURCE_DIR "/tests/hosts/golden/pins.txt";
+    EXPECT_EQ(run.Output, ReadFile(golden)) << "golden file: " << golden;
+    EXPECT_EQ(run.ExitStatus, 0);
+    for (const auto& [arguments, says] : std::map<std::string, std::string>{
+             {"--index 1",
+              "The library has no BSDL file for \"GenericDevice\". Name one with --bsdl"},
+             {"--index 2", "There is no device 2 on the hard chain, which has 2."},
+             {"--index 1 --port 0", "Port 0 finds no chain. vorelctl scan tells why."},
+             {"--index 0 --bsdl " + folder + "port.bsd",
+              "an instruction register of 8 bits, but"}}) {
+        const TRun wrong = RunVorelctl(pins + arguments);
+        EXPECT_EQ(wrong.ExitStatus, 1) << arguments;
+        EXPECT_NE(wrong.Output.find(says), std::string::npos) << wrong.Output;
+    }
+    std::filesystem::remove(scene);
+}
+
+// From the first line that tells of chains to the empty line behind the port.
+std::string ChainsOf(const std::string& output, const std::string& port) {
+    const std::size_t start = output.find("was detected", output.find(port));
+    return output.substr(start, output.find("\n\n", start) - start);
+}
+
+TEST(Vorelctl, FindsTheSameBehindACableAndBehindAPod) {
+    std::string cable = ChainsOf(RunVorelctl("scan --scene cable_board.ini").Output, "Port 0");
+    std::string pod = ChainsOf(RunVorelctl("scan --scene default.ini").Output, "Port 1");
+    pod.resize(pod.find_last_not_of('\n') + 1);
+    cable.resize(cable.find_last_not_of('\n') + 1);
+    EXPECT_EQ(cable, pod);
+    EXPECT_NE(cable.find("XC3S50"), std::string::npos);
+}
+
+TEST(Vorelctl, RecordsTheTrafficOfAScan) {
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vorelctl-record";
+    std::filesystem::create_directories(folder);
+    const TRun run = RunVorelctl("scan --scene cable.ini --record " + (folder / "a").string());
+    EXPECT_EQ(run.ExitStatus, 0);
+    EXPECT_NE(run.Output.find("The traffic was recorded: "), std::string::npos);
+    EXPECT_EQ(ReadFile((folder / "a_JTAG.txt").string()).rfind("0: Mode:1 TMS:0 TDI:0 TCK:0\n", 0),
+              0U);
+    EXPECT_EQ(ReadFile((folder / "a_JTAGOut.txt").string()).rfind("0: -\n", 0), 0U);
+    EXPECT_NE(ReadFile((folder / "a.vcd").string()).find("$enddefinitions"), std::string::npos);
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(RunVorelctl("scan --record /no/such/folder/a").ExitStatus, 3);
+    EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
+}
+
 TEST(Vorelctl, SaysWhyAChainIsTooLongOrOutOfStep) {
     const std::string scene =
         (std::filesystem::temp_directory_path() / "vorelctl-test-scene.ini").string();
@@ -163,6 +221,9 @@ TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
         {"status zrc3000", 0, "Reset"},
         {"mem 1 0 --width 32 --write 1 2", 0, ""},
         {"regs", 2, "needs a device"},
+        {"bsdl", 2, "bsdl needs a file"},
+        {"pins --chain hard", 2, "pins needs --chain and --index"},
+        {"pins --chain x --index 0", 2, "hard, soft and board"},
         {"scan --scene /nowhere.ini", 3, "/nowhere.ini"},
         {"scan --bitbang 127.0.0.1:1", 3, "127.0.0.1:1: Connection refused"},
         {"scan --bitbang nonsense", 3, "HOST:PORT"},

@@ -1,6 +1,7 @@
 #include "transport/Manage_UsbJtag.h"
 
 #include "transport/FakeUsb.h"
+#include "transport/TrafficRecording.h"
 
 #include <gmock/gmock.h>
 
@@ -285,6 +286,35 @@ TEST_F(UsbPod, TextsAreCutOnOneMakersProcessorsOnly) {
     EXPECT_EQ(cutting.ProductName(0), WideText(127, u'x'));
     Usb.FailingControl = UsbControl::GetDescriptor;
     EXPECT_EQ(Port.ProductName(), u"");
+}
+
+TEST_F(UsbPod, TellsTheRecorderClocksAndTheBitsReadWithThem) {
+    TTrafficRecording recording("x", "");
+    TJTagAnalyserAdaptor adaptor;
+    adaptor.Form = &recording;
+    Manager.SetAnalyser(&adaptor);
+    Port.SetTms(true);
+    Port.BeginRead();
+    Clocks("010", "110", true);
+    EXPECT_EQ(ReadBack(std::string("\0\x60", 2)), "011");
+    Port.BeginRead();
+    Port.Clock(true, false, true, false);
+    EXPECT_EQ(ReadBack(std::string("\0\x80", 2)), "1");
+    Port.BeginRead(); // an identity is no TDO
+    EXPECT_EQ(ReadBack("11"), "");
+    Port.ClockBits(false, "01", 2);
+    EXPECT_THAT(recording.TextRecorder().Lines(),
+                ElementsAre("0: Mode:0 TMS:1 TDI:0 TCK:0", "1: Mode:1 TMS:0 TDI:1 TCK:Tick ->IDLE",
+                            "2: Mode:1 TMS:1 TDI:1 TCK:Tick ->DRSELECT",
+                            "3: Mode:1 TMS:0 TDI:0 TCK:Tick ->DRCAPTURE",
+                            "4: Mode:1 TMS:0 TDI:1 TCK:0",
+                            "5: Mode:0 TMS:0 TDI:1 TCK:Tick ->DRSHIFT",
+                            "6: Mode:0 TMS:0 TDI:0 TCK:Tick ->DRSHIFT"));
+    EXPECT_THAT(
+        recording.TextRecorder().ReadLines(),
+        ElementsAre("0: -", "1: Read TDO:1", "2: Read TDO:1", "3: Read TDO:0", "4: Read TDO:1"));
+    EXPECT_EQ(recording.TextRecorder().Totals().BytesIn, 4);
+    EXPECT_GT(recording.TextRecorder().Totals().BytesOut, 4);
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+// All that needs the JSON library: it is slow to compile.
+#include "hosts/vorelctl/Listing.h"
 #include "hosts/vorelctl/Makers.h"
 #include "hosts/vorelctl/ScanText.h"
 #include "support/Text.h"
@@ -12,6 +14,11 @@ using Json = nlohmann::ordered_json;
 
 std::string IdText(std::uint32_t id) {
     return "0x" + ToHex(id, 8);
+}
+
+// Texts come from devices and files: bytes that are no UTF-8 are replaced rather than refused.
+std::string Dump(const Json& json) {
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 Json DeviceAsJson(const TDeviceReport& device) {
@@ -55,7 +62,38 @@ Json PortAsJson(const TPortReport& port) {
     return json;
 }
 
+Json ValueAsJson(const TValue& value) {
+    return std::visit(
+        [](const auto& held) {
+            if constexpr (std::is_same_v<decltype(held), const std::monostate&>) {
+                return Json(nullptr);
+            } else {
+                return Json(held);
+            }
+        },
+        value);
+}
+
 } // namespace
+
+std::string ListingAsJson(const TListing& listing) {
+    Json json = Json::object();
+    for (const TFact& fact : listing.Facts) {
+        json[fact.Key] = ValueAsJson(fact.Value);
+    }
+    if (!listing.TableKey.empty()) {
+        Json rows = Json::array();
+        for (const std::vector<TValue>& values : listing.Rows) {
+            Json row = Json::object();
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                row[listing.Columns[i].Key] = ValueAsJson(values[i]);
+            }
+            rows.push_back(std::move(row));
+        }
+        json[listing.TableKey] = std::move(rows);
+    }
+    return Dump(json);
+}
 
 std::string ScanAsJson(const TScanReport& report) {
     Json json{{"hardware", report.Hardware},
@@ -65,8 +103,7 @@ std::string ScanAsJson(const TScanReport& report) {
     for (const TPortReport& port : report.Ports) {
         json["ports"].push_back(PortAsJson(port));
     }
-    // Names come from devices and files: bytes that are no UTF-8 are replaced rather than refused.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return Dump(json);
 }
 
 } // namespace vorel::host
