@@ -1,6 +1,7 @@
 // vorelctl debug, and its commands one by one.
 #include "hosts/vorelctl/Commands.h"
 #include "hosts/vorelctl/Debugger.h"
+#include "hosts/vorelctl/Progress.h"
 #include "support/Errors.h"
 #include "support/Text.h"
 
@@ -15,13 +16,6 @@
 namespace vorel::host {
 
 namespace {
-
-void ShowProgress(const std::string& text) {
-    if (isatty(STDERR_FILENO) != 0) {
-        std::fprintf(stderr, "\r\033[K%s", text.c_str());
-        std::fflush(stderr);
-    }
-}
 
 void Print(const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);

@@ -87,7 +87,7 @@ std::string TDebugTarget::Name() const {
 }
 
 std::string TDebugTarget::StatusText() const {
-    const auto state = ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
+    auto state = ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
     const std::string reason = DriverText(1);
     if (reason.empty()) {
         return state;

@@ -42,7 +42,7 @@ void Append(TObjectImage& image, const TMemoryWord* words, std::int64_t count,
 template<class Work>
 void ForEachPart(const TObjectImage& image, std::int64_t offset, const char* what,
                  const TProgress& progress, Work work) {
-    const std::size_t total = image.ByteCount();
+    const std::size_t total = std::max<std::size_t>(image.ByteCount(), 1);
     std::size_t done = 0;
     for (const TObjectImage::TBlock& block : image.Blocks) {
         for (std::size_t start = 0; start < block.Bytes.size(); start += PartBytes) {
