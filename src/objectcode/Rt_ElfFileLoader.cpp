@@ -59,7 +59,8 @@ TElfFile::TElfFile(IHostClient& host, std::string fileName)
     : Host(host), FileName(std::move(fileName)) {}
 
 void TElfFile::SetContents(std::span<const std::uint8_t> contents) {
-    Stream = {std::make_unique_for_overwrite<std::uint8_t[]>(contents.size()), contents.size()};
+    Stream.Bytes = std::make_unique_for_overwrite<std::uint8_t[]>(contents.size());
+    Stream.Size = contents.size();
     std::copy(contents.begin(), contents.end(), Stream.Bytes.get());
     HaveContents = true;
 }

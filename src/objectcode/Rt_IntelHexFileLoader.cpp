@@ -162,7 +162,8 @@ THexLoader::THexLoader(IHostClient& host, std::string fileName)
     : Host(host), FileName(std::move(fileName)) {}
 
 void THexLoader::SetText(std::span<const std::uint8_t> text) {
-    Lines = {std::make_unique_for_overwrite<std::uint8_t[]>(text.size()), text.size()};
+    Lines.Bytes = std::make_unique_for_overwrite<std::uint8_t[]>(text.size());
+    Lines.Size = text.size();
     std::copy(text.begin(), text.end(), Lines.Bytes.get());
     HaveLines = true;
 }
