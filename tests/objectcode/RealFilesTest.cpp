@@ -157,7 +157,7 @@ std::string WithNamesFirst(std::string elf) {
     return elf;
 }
 
-json SectionsToDeliver(json sections) {
+json SectionsToDeliver(const json& sections) {
     json wanted = json::array();
     for (const json& section : sections) {
         const auto name = section["name"].get<std::string>();
