@@ -231,14 +231,14 @@ std::unique_ptr<TVHDLAttribute> TVHDLParser::AttributeRule() {
     auto attribute = Make<TVHDLAttribute>();
     attribute->Name = ReadIdentifier();
     if (TakeIf(VHDLToken::Of)) {
-        attribute->AttributeKind = TAttributeKind::Specification;
+        attribute->AttributeKind = TAttributeKind::Specified;
         ReadEntityNames(*attribute);
         Expect(VHDLToken::Colon);
         attribute->EntityClass = ReadEntityClass();
         Expect(VHDLToken::Is);
         attribute->Value = ReadUntil(VHDLToken::Semicolon, VHDLToken::Semicolon);
     } else {
-        attribute->AttributeKind = TAttributeKind::Declaration;
+        attribute->AttributeKind = TAttributeKind::Declared;
         attribute->Value = ReadUntil(VHDLToken::Semicolon, VHDLToken::Semicolon);
         Expect(VHDLToken::Semicolon);
     }

@@ -140,7 +140,7 @@ public:
     void WriteText(TTextSink& sink) const override;
 };
 
-enum class TAttributeKind : std::uint8_t { None = 0, Declaration = 1, Specification = 2 };
+enum class TAttributeKind : std::uint8_t { None = 0, Declared = 1, Specified = 2 };
 enum class TEntityListKind : std::uint8_t { None = 0, All = 1, Others = 2, Named = 3 };
 
 class TVHDLAttribute : public TVHDLObject {

@@ -1,4 +1,4 @@
-// Reading Intel Hex files (the format of Intel's "Hexadecimal Object File Format Specification"),
+// Reading Intel Hex files (Intel's Hexadecimal Object File Format),
 // into a flat image or as blocks of up to 64 KiB.
 //
 // A file with a bad line is reported once, at its first bad line, and has failed; the reading goes
