@@ -1,5 +1,5 @@
-#include "support/Errors.h"
 #include "ParallelTestTools.h"
+#include "support/Errors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

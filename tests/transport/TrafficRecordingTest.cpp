@@ -1,7 +1,7 @@
 #include "transport/TrafficRecording.h"
+#include "ParallelTestTools.h"
 #include "support/Errors.h"
 #include "support/Text.h"
-#include "ParallelTestTools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
