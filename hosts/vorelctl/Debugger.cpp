@@ -115,7 +115,8 @@ std::string TDebugger::Load(const TWords& words) {
     const TObjectImage image = ReadObjectImage(Host, FindFile(arguments.Words()[0]));
     WriteObjectImage(Target, image, offset, Progress);
     std::string text = "Loaded " + std::to_string(image.ByteCount()) + " bytes in " +
-                       std::to_string(image.Blocks.size()) + " blocks.\n";
+                       std::to_string(image.Blocks.size()) +
+                       (image.Blocks.size() == 1 ? " block.\n" : " blocks.\n");
     if (arguments.Has("--verify")) {
         VerifyObjectImage(Target, image, offset, Progress);
         text += "Verified.\n";
