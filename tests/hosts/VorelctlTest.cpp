@@ -198,6 +198,16 @@ TEST(Vorelctl, SaysWhyAChainIsTooLongOrOutOfStep) {
     std::filesystem::remove(scene);
 }
 
+TEST(Vorelctl, SurvivesAForeignDeviceInFrontOfAPod) {
+    const std::string scene =
+        (std::filesystem::temp_directory_path() / "vorelctl-test-foreign.ini").string();
+    std::ofstream(scene) << "[pod]\nvendor = 1234\n[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\n";
+    const TRun run = RunVorelctl("scan --scene " + scene);
+    EXPECT_EQ(run.ExitStatus, 1);
+    EXPECT_NE(run.Output.find("The pod does not answer."), std::string::npos) << run.Output;
+    std::filesystem::remove(scene);
+}
+
 TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
     struct Case {
         const char* Arguments;
