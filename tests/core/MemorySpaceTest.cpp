@@ -24,7 +24,7 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     {
         TProcessorRegister driven(3, device);
         TProcessorRegister bare(3, bareDevice);
-        TForwardTable<IProcessorRegister> t(driven, bare);
+        TForwardTable<IProcessorRegister> t(driven, bare, Driver, Channel);
         using R = IProcessorRegister;
         t.Place(&R::GetDevice);
         t.Row(&R::Reserved1, "");
@@ -42,10 +42,11 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
         t.Row(&R::ReadText, "c3 d109 c4", u"0");
         t.Row(&R::WriteText, "c3 d108 c4");
         EXPECT_EQ(t.Count(), 15);
+        EXPECT_EQ(t.FailureCount(), 27);
     }
     TMemorySpace driven(2, device);
     TMemorySpace bare(2, bareDevice);
-    TForwardTable<IMemorySpace> t(driven, bare);
+    TForwardTable<IMemorySpace> t(driven, bare, Driver, Channel);
     using M = IMemorySpace;
     t.Place(&M::GetDevice);
     t.Row(&M::GetIndex, "", 2);
@@ -55,11 +56,12 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     t.Row(&M::GetSize, "d74", 0);
     t.Row(&M::GetAttributeNumber75, "d75", 0);
     t.Row(&M::GetAttributeNumber76, "d76", 0);
-    t.Row(&M::ReadBlock, "c3 d81 c4");
+    t.RowThatCounts(&M::ReadBlock, "c3 d81 c4", "");
     t.Row(&M::WriteBlock, "c3 d82 c4");
     t.Row(&M::MemoryAction83, "c3 d83 c4");
     t.Row(&M::MemoryAction84, "c3 d84 c4");
     EXPECT_EQ(t.Count(), 12);
+    EXPECT_EQ(t.FailureCount(), 15);
 }
 
 // Two registers, two memories of 2^33 locations, and a processor that runs.
