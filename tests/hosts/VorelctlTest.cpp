@@ -146,12 +146,13 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         {"0", "load " + folder + "bad.bin", "bad.bin delivers nothing."},
         {"0", "break add 10\nbreak add 0\nbreak list", "00000000\n00000010\n"},
         {"0", "break remove 10", "There is no breakpoint at 00000010."},
-        {"0", "break add 2", "There can be no breakpoint at 00000002."},
+        {"0", "break add 2", "ZRC3000 can have no breakpoint at 00000002."},
         {"0", "mem 0 --width 32 --write 1000FFFF 0\nrun\nwait 3", "still runs after 3"},
         {"0", "step 2 3", "\"3\" is too much"},
         {"0", "step 0", "\"0\" is no number from 1"},
         {"0", "# nothing\n\nquit\nnonsense", "ZRC3000 at place 0"},
         {"0", "nonsense", "There is no command \"nonsense\""},
+        {"0", "reconnect", "Reset"},
         {"1", "mem 3FFC --width 32 --write DEADBEEF\nmem 3FFC 4", "DE AD BE EF"},
         {"1", "mem 1 4", "multiples of 4"},
         {"SOFTMEM4K", "run", "SOFTMEM4K is no processor."},
@@ -162,6 +163,66 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Lines << ": " << run.Output;
     }
     std::filesystem::remove(folder + "bad.bin");
+}
+
+// The default scene with a pod that is pulled out in a script that loads and verifies 200,000
+// bytes.
+TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
+    const std::string base = std::filesystem::temp_directory_path() / "vorelctl-test-fault";
+    const std::string image = base + ".bin";
+    std::ofstream(image) << std::string(200000, 'x');
+    std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
+    const std::size_t place = scene.find("serial =");
+    const std::string load = "load " + image + " --verify\n";
+    struct Case {
+        const char* Unplug;
+        std::string Lines;
+        int ExitStatus;
+        std::vector<const char*> Says;
+    };
+    const std::string gone = "Lumaplate pod (ID: 10.0.1) does not answer any more. Check that it "
+                             "is plugged in";
+    const Case cases[] = {
+        {"write 1", "status", 3, {"Looking for chains behind port 1 failed with status 0x"}},
+        {"write 900",
+         "status\n" + load,
+         1,
+         {"ZRC3000: Writing the memory at 000", " failed with status 0x", gone.c_str(),
+          "The script ends at its line 2."}},
+        {"read 400",
+         load + "status",
+         1,
+         {"ZRC3000: Reading the memory at 000", gone.c_str(), "The script ends at its line 1."}},
+        {"write 900 back", load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
+        {"write 999999",
+         "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10",
+         1,
+         {"Error: A request for a hardware breakpoint could not be satisfied!",
+          "ZRC3000 can have no breakpoint at 00000010.", "The script ends at its line 5."}},
+    };
+    for (const Case& c : cases) {
+        std::ofstream(base + ".ini")
+            << std::string(scene).insert(place, std::string("unplug = ") + c.Unplug + "\n");
+        std::ofstream(base + ".debug") << c.Lines << "\n";
+        const TRun run = RunVorelctl("debug --scene " + base + ".ini --script " + base + ".debug");
+        EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Unplug;
+        for (const char* text : c.Says) {
+            EXPECT_NE(run.Output.find(text), std::string::npos) << c.Unplug << ": " << run.Output;
+        }
+    }
+    for (const char* unplug : {"write 900 back", "read 400 back"}) {
+        std::ofstream(base + ".ini")
+            << std::string(scene).insert(place, std::string("unplug = ") + unplug + "\n");
+        const TRun run = RunVorelctl("debug --scene " + base + ".ini 2>&1 <<'END'\n" + load +
+                                     "reconnect\n" + load + "END\n:");
+        EXPECT_NE(run.Output.find("the memory at 000"), std::string::npos) << run.Output;
+        EXPECT_NE(run.Output.find("Reset\nLoaded 200000 bytes in 1 block.\nVerified.\n"),
+                  std::string::npos)
+            << run.Output;
+    }
+    for (const char* extension : {".bin", ".ini", ".debug"}) {
+        std::filesystem::remove(base + extension);
+    }
 }
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
