@@ -165,12 +165,12 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
     std::filesystem::remove(folder + "bad.bin");
 }
 
-// The default scene with a pod that is pulled out in a script that loads and verifies 200,000
+// The default scene with a pod that is pulled out in a script that loads and verifies 50,000
 // bytes.
 TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
     const std::string base = std::filesystem::temp_directory_path() / "vorelctl-test-fault";
     const std::string image = base + ".bin";
-    std::ofstream(image) << std::string(200000, 'x');
+    std::ofstream(image) << std::string(50000, 'x');
     std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
     const std::size_t place = scene.find("serial =");
     const std::string load = "load " + image + " --verify\n";
@@ -184,16 +184,16 @@ TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
                              "is plugged in";
     const Case cases[] = {
         {"write 1", "status", 3, {"Looking for chains behind port 1 failed with status 0x"}},
-        {"write 900",
+        {"write 300",
          "status\n" + load,
          1,
          {"ZRC3000: Writing the memory at 000", " failed with status 0x", gone.c_str(),
           "The script ends at its line 2."}},
-        {"read 400",
+        {"read 200",
          load + "status",
          1,
          {"ZRC3000: Reading the memory at 000", gone.c_str(), "The script ends at its line 1."}},
-        {"write 900 back", load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
+        {"write 300 back", load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
         {"write 999999",
          "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10",
          1,
@@ -210,13 +210,13 @@ TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
             EXPECT_NE(run.Output.find(text), std::string::npos) << c.Unplug << ": " << run.Output;
         }
     }
-    for (const char* unplug : {"write 900 back", "read 400 back"}) {
+    for (const char* unplug : {"write 300 back", "read 200 back"}) {
         std::ofstream(base + ".ini")
             << std::string(scene).insert(place, std::string("unplug = ") + unplug + "\n");
         const TRun run = RunVorelctl("debug --scene " + base + ".ini 2>&1 <<'END'\n" + load +
                                      "reconnect\n" + load + "END\n:");
         EXPECT_NE(run.Output.find("the memory at 000"), std::string::npos) << run.Output;
-        EXPECT_NE(run.Output.find("Reset\nLoaded 200000 bytes in 1 block.\nVerified.\n"),
+        EXPECT_NE(run.Output.find("Reset\nLoaded 50000 bytes in 1 block.\nVerified.\n"),
                   std::string::npos)
             << run.Output;
     }
