@@ -7,7 +7,7 @@
 #include "support/NeutralHost.h"
 #include "support/Text.h"
 #include "vorel/Channel.h"
-#include "vorel/Driver.h"
+#include "vorel/DriverBase.h"
 
 #include <gtest/gtest.h>
 
@@ -62,16 +62,26 @@ public:
     std::optional<std::string> Chosen;
 };
 
+// The base of drivers where it is the same as no driver at all: it has neither name nor attribute.
+class TSilentDriver : public TDriverBase {
+public:
+    Status GetDeviceName(WideText& text) noexcept override { return Give(text, u"Unknown Device"); }
+    Status HasAttribute(const WideText&, Bool32& value) noexcept override {
+        return Give(value, True32);
+    }
+};
+
 // Goes through the operations of an interface in table order. Each has to stand in its place, to
 // make the stated calls on a driver that leaves its out values alone, and to give the neutral value
-// there as well as without a driver. When one of those calls fails, that failure has to come out as
-// it is, with nothing behind it but the unlocking of the channel, and the next try has to work.
+// there as well as without a driver and with a silent one. When one of those calls fails, that
+// failure has to come out as it is, with nothing behind it but the unlocking of the channel, and
+// the next try has to work.
 template<class I>
 class TForwardTable {
 public:
-    TForwardTable(I& driven, I& bare, TTableDouble<IVorelDriver>& driver,
+    TForwardTable(I& driven, I& silent, I& bare, TTableDouble<IVorelDriver>& driver,
                   TTableDouble<IJTagChannel>& channel)
-        : Driven(driven), Bare(bare), Driver(driver), Channel(channel) {}
+        : Driven(driven), Silent(silent), Bare(bare), Driver(driver), Channel(channel) {}
 
     template<class Operation, class... Neutral>
     void Row(Operation operation, const char* calls, const Neutral&... neutral) {
@@ -90,6 +100,7 @@ public:
                        const Neutral&... neutral) {
         Place(operation);
         Try(Driven, operation, drivenCalls, neutral...);
+        Try(Silent, operation, WithoutDriver(drivenCalls).c_str(), neutral...);
         Try(Bare, operation, bareCalls, neutral...);
     }
     // Only its place: looked at elsewhere.
@@ -107,7 +118,8 @@ private:
     template<class... A, class... Neutral>
     void Try(I& object, Status (I::*operation)(A...) noexcept, const char* calls,
              const Neutral&... neutral) {
-        const std::string where = (&object == &Bare ? "bare, " : "") + std::to_string(Slot);
+        const char* const kind = &object == &Bare ? "bare, " : &object == &Silent ? "silent, " : "";
+        const std::string where = kind + std::to_string(Slot);
         TakeCalls();
         const auto [status, values] = Call(object, operation);
         EXPECT_EQ(status, StatusOk) << where;
@@ -153,6 +165,14 @@ private:
             }
         }
     }
+    static std::string WithoutDriver(const char* calls) {
+        std::string others;
+        std::istringstream list(calls);
+        for (std::string call; list >> call;) {
+            others += call.starts_with("d") ? "" : (others.empty() ? "" : " ") + call;
+        }
+        return others;
+    }
     static bool Holds(const std::string& calls, const std::string& call) {
         return (" " + calls).find(" " + call + " ") != std::string::npos;
     }
@@ -161,6 +181,7 @@ private:
     static constexpr const char* UnlockCall = "c4";
 
     I& Driven;
+    I& Silent;
     I& Bare;
     TTableDouble<IVorelDriver>& Driver;
     TTableDouble<IJTagChannel>& Channel;

@@ -18,13 +18,17 @@ protected:
 
 TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     TVorelDevice device(Host, Dialogs, Driver.Get());
+    TSilentDriver silentDriver;
+    TVorelDevice silentDevice(Host, Dialogs, &silentDriver);
     TVorelDevice bareDevice(Host, Dialogs, nullptr);
     ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
+    ASSERT_EQ(silentDevice.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(bareDevice.SetChannel(Channel.Get()), StatusOk);
     {
         TProcessorRegister driven(3, device);
+        TProcessorRegister silent(3, silentDevice);
         TProcessorRegister bare(3, bareDevice);
-        TForwardTable<IProcessorRegister> t(driven, bare, Driver, Channel);
+        TForwardTable<IProcessorRegister> t(driven, silent, bare, Driver, Channel);
         using R = IProcessorRegister;
         t.Place(&R::GetDevice);
         t.Row(&R::Reserved1, "");
@@ -45,8 +49,9 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
         EXPECT_EQ(t.FailureCount(), 27);
     }
     TMemorySpace driven(2, device);
+    TMemorySpace silent(2, silentDevice);
     TMemorySpace bare(2, bareDevice);
-    TForwardTable<IMemorySpace> t(driven, bare, Driver, Channel);
+    TForwardTable<IMemorySpace> t(driven, silent, bare, Driver, Channel);
     using M = IMemorySpace;
     t.Place(&M::GetDevice);
     t.Row(&M::GetIndex, "", 2);

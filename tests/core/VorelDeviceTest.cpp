@@ -22,10 +22,13 @@ protected:
 TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     TVorelDevice driven(Host, Dialogs, Driver.Get());
     EXPECT_EQ(TakeCalls(), "d50 d67 d79");
+    TSilentDriver silentDriver;
+    TVorelDevice silent(Host, Dialogs, &silentDriver);
     TVorelDevice bare(Host, Dialogs, nullptr);
     ASSERT_EQ(driven.SetChannel(Channel.Get()), StatusOk);
+    ASSERT_EQ(silent.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(bare.SetChannel(Channel.Get()), StatusOk);
-    TForwardTable<IVorelDevice> t(driven, bare, Driver, Channel);
+    TForwardTable<IVorelDevice> t(driven, silent, bare, Driver, Channel);
     using D = IVorelDevice;
     t.Row(&D::GetIdCode, "c3 d3 c4", 0U);
     t.Row(&D::GetDeviceName, "d4", u"Unknown Device");

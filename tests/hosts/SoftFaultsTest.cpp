@@ -17,7 +17,7 @@ const std::filesystem::path Folder = std::filesystem::temp_directory_path() / "v
 // What a register and a block of the RAM hold, so that an answer shows whether it is the right one.
 constexpr std::int32_t Marked = 5;
 constexpr std::uint32_t Mark = 0x1234ABCD;
-constexpr std::int64_t Place = 0x100;
+constexpr std::int64_t Place = 0x10000;
 constexpr std::int32_t BlockSize = 20000;
 
 class SoftFaults : public testing::Test {
@@ -61,6 +61,14 @@ protected:
             {"block write", [&] { return Rig.Ram->WriteBlock(Block.data(), Place, BlockSize); }},
             {"status", [&] { return Rig.Processor->GetStatusText(Text); }},
             {"pause", [&] { return Rig.Processor->PauseProcessor(); }},
+            {"step", [&] { return Rig.Processor->SingleStep(); }},
+            {"diagnostic", [&] { return Rig.Processor->RunDiagnostic(Number); }},
+            {"memory instrument",
+             [&] {
+                 IMemorySpace* words = nullptr;
+                 Check(Rig.Memory->GetMainMemorySpace(words), "Getting the memory");
+                 return words->WriteBlock(Block.data(), 0, 1000);
+             }},
             {"console", [&] { return Rig.Processor->GetCoreText111(0, Text); }},
             {"halt",
              [&] {
@@ -127,6 +135,7 @@ protected:
     std::vector<std::uint32_t> Block;
     std::vector<std::uint32_t> Seen;
     std::uint32_t Value = 0;
+    std::int32_t Number = 0;
     WideText Text;
     TSoftRig Rig{Folder};
 };
@@ -176,6 +185,45 @@ TEST_F(SoftFaults, AHaltThatThePodCutsOffIsClosedByItsEnd) {
     EXPECT_EQ(Rig.StatusText(), "Paused") << "the halt that failed is not open any more";
     EXPECT_EQ(Rig.Processor->EndHalt(), StatusOk);
     EXPECT_EQ(Rig.StatusText(), "Running");
+}
+
+// A breakpoint that was not added, or not removed, must not stop the processor unseen.
+TEST_F(SoftFaults, BreakpointsThatThePodCutsOffCanBeRemoved) {
+    std::vector<std::uint32_t> loop(0x100);
+    std::copy_n(std::vector<std::uint32_t>{0x10, 0, 0xFF, 0xEF}.begin(), 4, loop.begin() + 0x40);
+    ASSERT_EQ(Rig.Ram->WriteBlock(loop.data(), 0, 0x100), StatusOk); // 0 to 0x44 for ever
+    IVorelBreakpoint* item = nullptr;
+    Bool32 removed = False32;
+    const TWork add{"add", [&] { return Rig.Processor->AddBreakpoint(0, 0x20, item); }};
+    const TWork remove{"remove", [&] { return Rig.Processor->RemoveBreakpoint(0, 0x20, removed); }};
+    const std::uint64_t before = Transfers(UsbTransfer::Write);
+    ASSERT_EQ(add.Do(), StatusOk);
+    const std::uint64_t count = Transfers(UsbTransfer::Write) - before;
+    ASSERT_EQ(remove.Do(), StatusOk);
+    for (std::uint64_t transfer = 1; transfer <= count; ++transfer) {
+        SCOPED_TRACE(transfer);
+        FailIn(add, {UsbFault::Effect::Unplug}, transfer);
+        Replug();
+        EXPECT_EQ(Rig.Processor->RemoveAllBreakpoints(), StatusOk);
+        EXPECT_EQ(Rig.Processor->ContinueProcessor(), StatusOk);
+        for (int i = 0; i < 100; ++i) {
+            ASSERT_EQ(Rig.StatusText(), "Running");
+        }
+        EXPECT_EQ(Rig.Processor->PauseProcessor(), StatusOk);
+
+        FailIn(add, {UsbFault::Effect::Unplug}, transfer);
+        Replug();
+        EXPECT_EQ(add.Do(), StatusOk);
+        ASSERT_TRUE(Rig.RunToStop());
+        EXPECT_EQ(Rig.Text(1), "Breakpoint at 00000020");
+        FailIn(remove, {UsbFault::Effect::Unplug}, transfer);
+        Replug();
+        EXPECT_EQ(add.Do(), StatusOk);
+        ASSERT_TRUE(Rig.RunToStop());
+        EXPECT_EQ(Rig.Text(1), "Breakpoint at 00000020") << "added again after half a removal";
+        EXPECT_EQ(remove.Do(), StatusOk);
+        EXPECT_EQ(removed, True32);
+    }
 }
 
 TEST_F(SoftFaults, AReadBehindTheEndLeavesTheChainOpenOnceAndTheHaltAsItIs) {
