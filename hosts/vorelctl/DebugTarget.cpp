@@ -98,7 +98,7 @@ std::string TDebugTarget::Name() const {
 }
 
 std::string TDebugTarget::Explain(const std::string& failure) const {
-    const std::string text = Name() + ": " + failure + ".";
+    std::string text = Name() + ": " + failure + ".";
     Bool32 present = False32;
     if (Succeeded(Port->IsPresent(present)) && present != False32) {
         return text;
@@ -110,7 +110,8 @@ std::string TDebugTarget::Explain(const std::string& failure) const {
 
 void TDebugTarget::Reconnect() const {
     Check(Session.Library().ScanJTagPorts(), "Looking for ports");
-    if (Get<Bool32>([&](auto& v) { return Port->Detect(True32, v); }) == False32) {
+    Bool32 found = False32;
+    if (Failed(Port->Detect(True32, found)) || found == False32) {
         Refuse(PortName + " is not back, or no chain answers behind it.");
     }
     auto* const position =

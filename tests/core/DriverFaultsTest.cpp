@@ -117,7 +117,7 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     Bool32 removed = True32;
     const auto failing = [&](int entry, const auto& operation) {
         driver.List.FailAt(entry, Failure);
-        const std::string told = Told(operation);
+        std::string told = Told(operation);
         driver.List.FailNowhere();
         return told;
     };

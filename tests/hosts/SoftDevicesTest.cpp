@@ -177,7 +177,7 @@ TEST_F(SoftDevices, ALoadCostsItsBitsAndReadsBackEqual) {
     const auto used = static_cast<double>(Rig.Clocks() - clocks);
     EXPECT_LE(used, 1.01 * DataBits) << "TCK cycles for a data bit: " << used / DataBits;
     // A batch holds 512 bytes with four clocks to two bytes.
-    EXPECT_LT(Rig.Pod().Counters().Writes - writes, DataBits / 1020 + 6 * Size / PartSize);
+    EXPECT_LT(Rig.Pod().Counters().Writes - writes, DataBits / 1020 + 6.0 * Size / PartSize);
     std::vector<std::uint32_t> seen(Size);
     ASSERT_EQ(Rig.Ram->ReadBlock(seen.data(), 0, Size), StatusOk);
     EXPECT_TRUE(seen == block);

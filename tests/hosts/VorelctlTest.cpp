@@ -165,35 +165,50 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
     std::filesystem::remove(folder + "bad.bin");
 }
 
-// The default scene with a pod that is pulled out in a script that loads and verifies 50,000
-// bytes.
-TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
-    const std::string base = std::filesystem::temp_directory_path() / "vorelctl-test-fault";
-    const std::string image = base + ".bin";
-    std::ofstream(image) << std::string(50000, 'x');
-    std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
-    const std::size_t place = scene.find("serial =");
-    const std::string load = "load " + image + " --verify\n";
+// Debugging sessions on the default scene, its pod pulled out at one transfer.
+class VorelctlUnplugged : public testing::Test {
+protected:
+    VorelctlUnplugged() {
+        std::filesystem::create_directories(Folder);
+        std::ofstream(Folder / "x.bin") << std::string(50000, 'x');
+    }
+    ~VorelctlUnplugged() override { std::filesystem::remove_all(Folder); }
+
+    // `how` says how the lines get to the program.
+    TRun Debug(const std::string& unplug, const std::string& lines, const char* how) {
+        std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
+        scene.insert(scene.find("serial ="), "unplug = " + unplug + "\n");
+        std::ofstream(Folder / "s.ini") << scene;
+        std::ofstream(Folder / "s.debug") << lines;
+        return RunVorelctl(std::string("debug --scene s.ini ") + how, Folder);
+    }
+
+    static constexpr const char* Load = "load x.bin --verify\n";
+    const std::filesystem::path Folder =
+        std::filesystem::temp_directory_path() / "vorelctl-test-unplugged";
+};
+
+TEST_F(VorelctlUnplugged, AScriptEndsWithWhatFailedOnWhichDevice) {
     struct Case {
         const char* Unplug;
         std::string Lines;
         int ExitStatus;
         std::vector<const char*> Says;
     };
-    const std::string gone = "Lumaplate pod (ID: 10.0.1) does not answer any more. Check that it "
+    const char* const gone = "Lumaplate pod (ID: 10.0.1) does not answer any more. Check that it "
                              "is plugged in";
     const Case cases[] = {
         {"write 1", "status", 3, {"Looking for chains behind port 1 failed with status 0x"}},
         {"write 300",
-         "status\n" + load,
+         std::string("status\n") + Load,
          1,
-         {"ZRC3000: Writing the memory at 000", " failed with status 0x", gone.c_str(),
+         {"ZRC3000: Writing the memory at 000", " failed with status 0x", gone,
           "The script ends at its line 2."}},
         {"read 200",
-         load + "status",
+         Load,
          1,
-         {"ZRC3000: Reading the memory at 000", gone.c_str(), "The script ends at its line 1."}},
-        {"write 300 back", load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
+         {"ZRC3000: Reading the memory at 000", gone, "The script ends at its line 1."}},
+        {"write 300 back", Load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
         {"write 999999",
          "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10",
          1,
@@ -201,28 +216,27 @@ TEST(Vorelctl, ScriptsEndWithWhatFailedOnWhichDevice) {
           "ZRC3000 can have no breakpoint at 00000010.", "The script ends at its line 5."}},
     };
     for (const Case& c : cases) {
-        std::ofstream(base + ".ini")
-            << std::string(scene).insert(place, std::string("unplug = ") + c.Unplug + "\n");
-        std::ofstream(base + ".debug") << c.Lines << "\n";
-        const TRun run = RunVorelctl("debug --scene " + base + ".ini --script " + base + ".debug");
+        const TRun run = Debug(c.Unplug, c.Lines, "--script s.debug");
         EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Unplug;
         for (const char* text : c.Says) {
             EXPECT_NE(run.Output.find(text), std::string::npos) << c.Unplug << ": " << run.Output;
         }
     }
+}
+
+TEST_F(VorelctlUnplugged, ASessionGoesOnWhenThePodIsBack) {
     for (const char* unplug : {"write 300 back", "read 200 back"}) {
-        std::ofstream(base + ".ini")
-            << std::string(scene).insert(place, std::string("unplug = ") + unplug + "\n");
-        const TRun run = RunVorelctl("debug --scene " + base + ".ini 2>&1 <<'END'\n" + load +
-                                     "reconnect\n" + load + "END\n:");
+        const std::string lines = std::string(Load) + "reconnect\n" + Load;
+        const TRun run = Debug(unplug, lines, "< s.debug");
         EXPECT_NE(run.Output.find("the memory at 000"), std::string::npos) << run.Output;
         EXPECT_NE(run.Output.find("Reset\nLoaded 50000 bytes in 1 block.\nVerified.\n"),
                   std::string::npos)
             << run.Output;
+        EXPECT_EQ(run.ExitStatus, 0);
     }
-    for (const char* extension : {".bin", ".ini", ".debug"}) {
-        std::filesystem::remove(base + extension);
-    }
+    const TRun run = Debug("write 300", std::string(Load) + "reconnect\n", "< s.debug");
+    EXPECT_NE(run.Output.find("Lumaplate pod (ID: 10.0.1) is not back"), std::string::npos)
+        << run.Output;
 }
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
