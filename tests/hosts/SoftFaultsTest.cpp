@@ -152,6 +152,19 @@ TEST_F(SoftFaults, APodPulledOutAtAnyTransferIsToldAndServesAgainWhenItIsBack) {
     }
 }
 
+TEST_F(SoftFaults, ALockAroundWorkThatThePodCutsOffIsStillTheCallers) {
+    const auto works = Works();
+    for (const TWork& work : works) {
+        SCOPED_TRACE(work.Name);
+        Bool32 locked = False32;
+        ASSERT_EQ(Rig.Chain->Lock(locked), StatusOk);
+        FailIn(work, {UsbFault::Effect::Unplug}, 1);
+        Replug();
+        EXPECT_TRUE(Failed(Rig.Chain->Unlock()) || !Rig.Pod().Firmware()->State().Session);
+        ExpectAllWell();
+    }
+}
+
 TEST_F(SoftFaults, APodThatTakesNothingForAWhileServesAgainBehindIt) {
     for (const auto effect : {UsbFault::Effect::Fail, UsbFault::Effect::TimeOut}) {
         ForEachTransfer(UsbTransfer::Write, [&](const TWork& work, std::uint64_t number) {
