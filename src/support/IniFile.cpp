@@ -52,7 +52,7 @@ TIniFile::TIniFile(std::string_view text) {
             block.Header = std::move(line);
             Blocks.push_back(std::move(block));
         } else {
-            Blocks.back().Lines.push_back(ParseLine(std::move(line)));
+            Blocks.back().Lines.push_back(Keep(ParseLine(std::move(line))));
         }
     }
     BuildIndex();
@@ -70,32 +70,36 @@ TIniFile::TextLine TIniFile::ParseLine(std::string line) {
     return result;
 }
 
+std::string TIniFile::KeyName(std::string_view section, std::string_view key) {
+    std::string name = LowerCase(Trim(section));
+    name += '\n'; // stands in no line
+    return name += LowerCase(Trim(key));
+}
+
+std::size_t TIniFile::Keep(TextLine line) {
+    Store.push_back(std::move(line));
+    return Store.size() - 1;
+}
+
 void TIniFile::BuildIndex() {
     Index.clear();
+    Keys.clear();
     for (std::size_t i = 0; i < Blocks.size(); ++i) {
         const bool unused = i == 0 && Blocks[0].Lines.empty();
         if (!unused) {
             Index[LowerCase(Blocks[i].Name)].push_back(i);
         }
-    }
-}
-
-std::optional<TIniFile::Place> TIniFile::Find(std::string_view section,
-                                              std::string_view key) const {
-    const auto blocks = Index.find(LowerCase(Trim(section)));
-    const std::string_view wanted = Trim(key);
-    if (blocks == Index.end() || wanted.empty()) {
-        return std::nullopt;
-    }
-    for (const std::size_t number : blocks->second) {
-        const std::vector<TextLine>& lines = Blocks[number].Lines;
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            if (SameText(lines[i].Key, wanted)) {
-                return Place{number, i};
+        for (const std::size_t line : Blocks[i].Lines) {
+            if (!Store[line].Key.empty()) {
+                Keys.try_emplace(KeyName(Blocks[i].Name, Store[line].Key), line);
             }
         }
     }
-    return std::nullopt;
+}
+
+const TIniFile::TextLine* TIniFile::Find(std::string_view section, std::string_view key) const {
+    const auto found = Keys.find(KeyName(section, key));
+    return found == Keys.end() ? nullptr : &Store[found->second];
 }
 
 bool TIniFile::HasSection(std::string_view section) const {
@@ -103,13 +107,13 @@ bool TIniFile::HasSection(std::string_view section) const {
 }
 
 bool TIniFile::HasKey(std::string_view section, std::string_view key) const {
-    return Find(section, key).has_value();
+    return Find(section, key) != nullptr;
 }
 
 std::string TIniFile::Read(std::string_view section, std::string_view key,
                            std::string_view defaultValue) const {
-    const auto place = Find(section, key);
-    return place ? Blocks[place->InBlock].Lines[place->InLine].Value : std::string(defaultValue);
+    const TextLine* line = Find(section, key);
+    return line != nullptr ? line->Value : std::string(defaultValue);
 }
 
 std::vector<TIniFile::Section> TIniFile::Sections() const {
@@ -119,7 +123,8 @@ std::vector<TIniFile::Section> TIniFile::Sections() const {
         Section section;
         section.Name = Blocks[i].Name;
         section.Line = i == 0 ? 1 : ++number;
-        for (const TextLine& line : Blocks[i].Lines) {
+        for (const std::size_t place : Blocks[i].Lines) {
+            const TextLine& line = Store[place];
             ++number;
             if (!line.Key.empty()) {
                 section.Entries.push_back({line.Key, line.Value, number});
@@ -137,7 +142,8 @@ std::vector<std::size_t> TIniFile::ForeignLines() const {
     std::size_t number = 0;
     for (std::size_t i = 0; i < Blocks.size(); ++i) {
         number += i > 0 ? 1 : 0;
-        for (const TextLine& line : Blocks[i].Lines) {
+        for (const std::size_t place : Blocks[i].Lines) {
+            const TextLine& line = Store[place];
             ++number;
             const std::string_view text = Trim(line.Raw);
             if (line.Key.empty() && !text.empty() && !text.starts_with(';') &&
@@ -158,10 +164,10 @@ TIniFile::Block& TIniFile::BlockFor(const std::string& section) {
     if (known != Index.end()) {
         return Blocks[known->second.front()];
     }
-    std::vector<TextLine>& last = Blocks.back().Lines;
-    const bool gap = !last.empty() && !Trim(last.back().Raw).empty();
+    std::vector<std::size_t>& last = Blocks.back().Lines;
+    const bool gap = !last.empty() && !Trim(Store[last.back()].Raw).empty();
     if (gap || (last.empty() && Blocks.size() > 1)) {
-        last.push_back({});
+        last.push_back(Keep({}));
     }
     Blocks.push_back({section, "[" + section + "]", {}});
     Index[LowerCase(section)].push_back(Blocks.size() - 1);
@@ -173,28 +179,35 @@ void TIniFile::Write(std::string_view section, std::string_view key, std::string
     line.Key = OneLine(key);
     line.Value = OneLine(value);
     line.Raw = line.Key + "=" + line.Value;
-    if (const auto old = Find(section, key)) {
-        Blocks[old->InBlock].Lines[old->InLine] = std::move(line);
+    const std::string where = OneLine(section);
+    std::string name = KeyName(where, line.Key);
+    const auto old = Keys.find(name);
+    if (old != Keys.end()) {
+        Store[old->second] = std::move(line);
         return;
     }
-    std::vector<TextLine>& lines = BlockFor(OneLine(section)).Lines;
-    const auto lastEntry = std::find_if(lines.rbegin(), lines.rend(),
-                                        [](const TextLine& item) { return !item.Key.empty(); });
-    lines.insert(lastEntry.base(), std::move(line));
+    std::vector<std::size_t>& lines = BlockFor(where).Lines;
+    const auto lastEntry = std::find_if(lines.rbegin(), lines.rend(), [this](std::size_t place) {
+        return !Store[place].Key.empty();
+    });
+    const std::size_t added = Keep(std::move(line));
+    lines.insert(lastEntry.base(), added);
+    if (!Store[added].Key.empty()) {
+        Keys.emplace(std::move(name), added);
+    }
 }
 
 bool TIniFile::Erase(std::string_view section, std::string_view key) {
-    const auto blocks = Index.find(LowerCase(Trim(section)));
-    const std::string_view wanted = Trim(key);
-    std::size_t removed = 0;
-    if (blocks != Index.end() && !wanted.empty()) {
-        for (const std::size_t number : blocks->second) {
-            removed += std::erase_if(Blocks[number].Lines, [wanted](const TextLine& line) {
-                return SameText(line.Key, wanted);
-            });
-        }
+    if (Keys.erase(KeyName(section, key)) == 0) {
+        return false;
     }
-    return removed > 0;
+    const std::string_view wanted = Trim(key);
+    for (const std::size_t number : Index.at(LowerCase(Trim(section)))) {
+        std::erase_if(Blocks[number].Lines, [this, wanted](std::size_t place) {
+            return SameText(Store[place].Key, wanted);
+        });
+    }
+    return true;
 }
 
 bool TIniFile::EraseSection(std::string_view section) {
@@ -219,7 +232,8 @@ std::string TIniFile::ToText() const {
         if (i > 0) {
             text.append(Blocks[i].Header).append(LineEnd);
         }
-        for (const TextLine& line : Blocks[i].Lines) {
+        for (const std::size_t place : Blocks[i].Lines) {
+            const TextLine& line = Store[place];
             text.append(line.Raw).append(LineEnd);
         }
     }

@@ -69,22 +69,23 @@ private:
     };
     struct Block {
         std::string Name;
-        std::string Header; // the line in brackets; none for the first block
-        std::vector<TextLine> Lines;
-    };
-
-    struct Place {
-        std::size_t InBlock;
-        std::size_t InLine;
+        std::string Header;             // the line in brackets; none for the first block
+        std::vector<std::size_t> Lines; // places in Store, in file order
     };
 
     static TextLine ParseLine(std::string line);
+    // The name of a line in Keys.
+    static std::string KeyName(std::string_view section, std::string_view key);
+    std::size_t Keep(TextLine line);
     void BuildIndex();
-    std::optional<Place> Find(std::string_view section, std::string_view key) const;
+    // The line that counts for a key, or null.
+    const TextLine* Find(std::string_view section, std::string_view key) const;
     Block& BlockFor(const std::string& section);
 
+    std::vector<TextLine> Store; // a line keeps its place; the lines of no block are gone
     std::vector<Block> Blocks{1};
     std::unordered_map<std::string, std::vector<std::size_t>> Index; // lower-case name -> blocks
+    std::unordered_map<std::string, std::size_t> Keys; // KeyName -> the line that counts
     std::string LineEnd = "\n";
     bool HasByteOrderMark = false;
 };

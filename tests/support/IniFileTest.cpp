@@ -90,5 +90,19 @@ TEST(IniFile, ChangesOnlyTheLinesThatItIsAskedTo) {
     EXPECT_EQ(fresh.ToText(), "[s]\nk=v\n");
 }
 
+// A look-up that walks the section would take minutes here.
+TEST(IniFile, ManyKeysAreWrittenAndFound) {
+    constexpr int Count = 100'000;
+    TIniFile ini;
+    for (int i = 0; i < Count; ++i) {
+        ini.Write("ids", "Id" + std::to_string(i), std::to_string(i));
+    }
+    const TIniFile again(ini.ToText());
+    for (int i = 0; i < Count; ++i) {
+        ASSERT_EQ(again.Read("IDS", "id" + std::to_string(i)), std::to_string(i));
+    }
+    EXPECT_FALSE(again.HasKey("ids", "Id" + std::to_string(Count)));
+}
+
 } // namespace
 } // namespace vorel
