@@ -153,14 +153,14 @@ TEST_F(SoftFaults, APodPulledOutAtAnyTransferIsToldAndServesAgainWhenItIsBack) {
 }
 
 TEST_F(SoftFaults, ALockAroundWorkThatThePodCutsOffIsStillTheCallers) {
-    const auto works = Works();
-    for (const TWork& work : works) {
+    const std::vector<TWork> works = Works();
+    for (const TWork& work : {works[0], works[2], works[3]}) { // those that wait for an answer
         SCOPED_TRACE(work.Name);
         Bool32 locked = False32;
         ASSERT_EQ(Rig.Chain->Lock(locked), StatusOk);
         FailIn(work, {UsbFault::Effect::Unplug}, 1);
         Replug();
-        EXPECT_TRUE(Failed(Rig.Chain->Unlock()) || !Rig.Pod().Firmware()->State().Session);
+        EXPECT_EQ(Rig.Chain->Unlock(), StatusOk);
         ExpectAllWell();
     }
 }
