@@ -154,9 +154,9 @@ TEST_F(SoftDevices, BlocksOutsideTheMemoryTouchNothing) {
     EXPECT_EQ(peripherals->WriteBlock(&room, 0, 1), StatusOk) << "the failure is told once";
 }
 
-// The whole RAM, or a quarter of it where every access is checked.
+// The whole RAM, or an eighth of it where every access is checked.
 #ifdef __SANITIZE_ADDRESS__
-constexpr std::int32_t LoadSize = 0x40000;
+constexpr std::int32_t LoadSize = 0x20000;
 #else
 constexpr std::int32_t LoadSize = 0x100000;
 #endif

@@ -167,13 +167,14 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
 
 // Debugging sessions on the default scene, its pod pulled out at one transfer.
 class VorelctlUnplugged : public testing::Test {
-protected:
+public:
     VorelctlUnplugged() {
         std::filesystem::create_directories(Folder);
         std::ofstream(Folder / "x.bin") << std::string(50000, 'x');
     }
     ~VorelctlUnplugged() override { std::filesystem::remove_all(Folder); }
 
+protected:
     // `how` says how the lines get to the program.
     TRun Debug(const std::string& unplug, const std::string& lines, const char* how) {
         std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
