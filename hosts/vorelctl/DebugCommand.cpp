@@ -2,7 +2,6 @@
 #include "hosts/vorelctl/Commands.h"
 #include "hosts/vorelctl/Debugger.h"
 #include "hosts/vorelctl/Progress.h"
-#include "support/Errors.h"
 #include "support/Text.h"
 
 #include <unistd.h>
