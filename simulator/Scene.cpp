@@ -73,10 +73,13 @@ std::unique_ptr<TSimPod> ScenePod::CreatePod() const {
     if (Identity.Vendor != UsbIdentity{}.Vendor) {
         return std::make_unique<TSimPod>(Identity);
     }
-    if (!Remote.empty()) {
-        return std::make_unique<TSimPod>(Identity, TRemoteBitbangLines::Connect(Remote));
+    auto pod = Remote.empty()
+                   ? std::make_unique<TSimPod>(Identity, CreateTarget())
+                   : std::make_unique<TSimPod>(Identity, TRemoteBitbangLines::Connect(Remote));
+    if (Fault) {
+        pod->Faults().Add(*Fault);
     }
-    return std::make_unique<TSimPod>(Identity, CreateTarget());
+    return pod;
 }
 
 TScene TScene::Load(const std::string& path) {

@@ -11,6 +11,9 @@
 //   serial = 1                  serial number, the same; default: the pod's number from 1
 //   product = 0100              product id, hexadecimal; default 0100
 //   vendor = 1B8C               vendor id, hexadecimal; any other makes it a device that is no pod
+//   unplug = write 500          the pod is pulled out at its 500th write to it (or "read 500": at
+//                               its 500th read), counted from the start; with "back" behind it, it
+//                               is put in again at once
 //   remote = HOST:PORT          the pod drives hardware behind a remote_bitbang server (mode 1,
 //                               select 0); it has no sections of its own then
 //
@@ -137,6 +140,7 @@ struct SceneTarget {
 struct ScenePod : SceneTarget {
     UsbIdentity Identity;
     std::string Remote; // HOST:PORT; empty for a pod with a virtual target
+    std::optional<UsbFault> Fault;
 
     // Makes the pod with its target. A remote pod connects now: EVorelError names host, port and
     // the reason when that fails.

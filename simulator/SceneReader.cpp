@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t MaxNameUnits = 126;
 constexpr unsigned MaxBusyReads = 1'000'000;
+constexpr std::size_t MaxTransfers = 1'000'000'000;
 constexpr const char* FaultNames = "open, stuck_low, stuck_high or loop";
 constexpr const char* DeviceItems =
     "id=HEX or id=none, ir=N, capture=BITS, idcode=BITS, kind=KIND, tdo=FAULT, bsdl=PATH, "
@@ -155,7 +156,7 @@ void TSceneReader::BeginPod(const TIniFile::Section& section) {
     Pod = &Scene->Pods.emplace_back();
     Target = Pod;
     Pod->Identity.SerialNumber = std::to_string(Scene->Pods.size());
-    ReadKeys(section, &TSceneReader::ReadPodKey, "name, serial, product, vendor or remote");
+    ReadKeys(section, &TSceneReader::ReadPodKey, "name, serial, product, vendor, unplug or remote");
 }
 
 void TSceneReader::BeginCable(const TIniFile::Section& section) {
@@ -210,6 +211,8 @@ bool TSceneReader::ReadPodKey(const Entry& entry) {
         const auto id = static_cast<std::uint16_t>(
             ReadHex(entry.Value, 0xFFFF, "a USB id of 1 to 4 hexadecimal digits", entry.Line));
         (key == "product" ? identity.Product : identity.Vendor) = id;
+    } else if (key == "unplug") {
+        Pod->Fault = ReadUnplug(entry);
     } else if (key == "remote") {
         const std::size_t colon = entry.Value.rfind(':');
         if (colon == std::string::npos || colon == 0) {
@@ -221,6 +224,21 @@ bool TSceneReader::ReadPodKey(const Entry& entry) {
         return false;
     }
     return true;
+}
+
+UsbFault TSceneReader::ReadUnplug(const Entry& entry) const {
+    const std::vector<std::string> words = SplitCommaText(entry.Value);
+    const bool comesBack = words.size() == 3 && SameText(words[2], "back");
+    const bool isRead = !words.empty() && SameText(words[0], "read");
+    if ((words.size() != 2 && !comesBack) || (!isRead && !SameText(words[0], "write"))) {
+        Fail(entry.Line, "write N, read N, write N back or read N back is expected, not " +
+                             Quoted(entry.Value));
+    }
+    UsbFault fault;
+    fault.What = comesBack ? UsbFault::Effect::Replug : UsbFault::Effect::Unplug;
+    fault.On = isRead ? UsbTransfer::Read : UsbTransfer::Write;
+    fault.First = ReadNumber(words[1], 1, MaxTransfers, "the number of a transfer", entry.Line);
+    return fault;
 }
 
 bool TSceneReader::ReadCableKey(const Entry& entry) {

@@ -38,6 +38,7 @@ private:
     void FinishTarget();
 
     bool ReadPodKey(const Entry& entry);
+    UsbFault ReadUnplug(const Entry& entry) const;
     bool ReadCableKey(const Entry& entry);
     CableWiring ReadWiring(const Entry& entry);
     PortLine ReadLine(std::string_view text, bool isTdo, std::size_t line) const;

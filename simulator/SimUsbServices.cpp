@@ -44,6 +44,19 @@ void Drop(std::vector<std::unique_ptr<Record>>& records, const Record* record) n
     std::erase_if(records, [record](const auto& item) { return item.get() == record; });
 }
 
+// Carries out a fault that takes the pod away; false for any other.
+bool PullsOut(const UsbFault& fault, TSimPod& pod) {
+    const bool comesBack = fault.What == UsbFault::Effect::Replug;
+    if (!comesBack && fault.What != UsbFault::Effect::Unplug) {
+        return false;
+    }
+    pod.Unplug();
+    if (comesBack) {
+        pod.Plug();
+    }
+    return true;
+}
+
 // The number behind `prefix`, or nothing.
 std::optional<std::size_t> NumberBehind(std::string_view path, std::string_view prefix) noexcept {
     if (!path.starts_with(prefix)) {
@@ -240,8 +253,7 @@ std::uint32_t TSimUsbServices::Control(UsbDevice* device, std::uint32_t code, co
     TSimPod& pod = *handle->Pod;
     const UsbFault* const fault =
         pod.Faults().Find(UsbTransfer::Control, ++pod.Counters().Controls);
-    if (fault != nullptr && fault->What == UsbFault::Effect::Unplug) {
-        pod.Unplug();
+    if (fault != nullptr && PullsOut(*fault, pod)) {
         return block->End(UsbError::DeviceRemoved);
     }
     if (fault != nullptr && fault->What == UsbFault::Effect::TimeOut) {
@@ -334,11 +346,11 @@ std::uint32_t TSimUsbServices::DoRead(THandle& handle, TRequest& request) {
     TPodFirmware& firmware = *pod.Firmware();
     const UsbFault* const fault = pod.Faults().Find(UsbTransfer::Read, ++pod.Counters().Reads);
     bool drop = false;
+    if (fault != nullptr && PullsOut(*fault, pod)) {
+        return request.End(UsbError::DeviceRemoved);
+    }
     if (fault != nullptr) {
         switch (fault->What) {
-        case UsbFault::Effect::Unplug:
-            pod.Unplug();
-            return request.End(UsbError::DeviceRemoved);
         case UsbFault::Effect::Fail:
             return request.End(fault->Value != 0 ? fault->Value : UsbError::DeviceFailed);
         case UsbFault::Effect::TimeOut:
@@ -349,6 +361,8 @@ std::uint32_t TSimUsbServices::DoRead(THandle& handle, TRequest& request) {
             [[fallthrough]];
         case UsbFault::Effect::Short:
             request.ReadCapacity = std::min(request.ReadCapacity, fault->Value);
+            break;
+        default:
             break;
         }
     }
@@ -387,11 +401,11 @@ std::uint32_t TSimUsbServices::DoWrite(THandle& handle, TRequest& request, const
                                        std::uint32_t count) {
     TSimPod& pod = *handle.Pod;
     const UsbFault* const fault = pod.Faults().Find(UsbTransfer::Write, ++pod.Counters().Writes);
+    if (fault != nullptr && PullsOut(*fault, pod)) {
+        return request.End(UsbError::DeviceRemoved);
+    }
     if (fault != nullptr) {
         switch (fault->What) {
-        case UsbFault::Effect::Unplug:
-            pod.Unplug();
-            return request.End(UsbError::DeviceRemoved);
         case UsbFault::Effect::Fail:
             return request.End(fault->Value != 0 ? fault->Value : UsbError::DeviceFailed);
         case UsbFault::Effect::TimeOut:
@@ -399,6 +413,8 @@ std::uint32_t TSimUsbServices::DoWrite(THandle& handle, TRequest& request, const
         case UsbFault::Effect::Drop:
         case UsbFault::Effect::Short:
             count = std::min(count, fault->Value);
+            break;
+        default:
             break;
         }
     }

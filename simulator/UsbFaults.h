@@ -14,7 +14,9 @@ struct UsbFault {
         TimeOut, // stays under way until it is cancelled; a write is not taken by the pod
         Short,   // moves at most Value bytes; the rest of an answer comes with the next read
         Drop,    // a read: gives at most Value bytes, the rest of the waiting answers is lost
-        Unplug   // the pod is pulled out: this transfer and all later ones fail
+        Unplug,  // the pod is pulled out: this transfer and all later ones fail
+        Replug   // it is pulled out and put in again at once: this transfer fails, and so do all
+                 // later ones on handles that are open
     };
 
     Effect What = Effect::Fail;

@@ -2,7 +2,6 @@
 #include "hosts/vorelctl/Commands.h"
 #include "hosts/vorelctl/Debugger.h"
 #include "hosts/vorelctl/Progress.h"
-#include "support/Errors.h"
 #include "support/Text.h"
 
 #include <unistd.h>
@@ -99,8 +98,6 @@ private:
             return true;
         } catch (const ECommandFailure& failure) {
             std::fprintf(stderr, "%s\n", failure.what());
-        } catch (const EVorelError& error) {
-            std::fprintf(stderr, "%s\n", error.what());
         }
         return false;
     }
@@ -196,7 +193,9 @@ std::vector<const ICommand*> SingleDebugCommands() {
     static std::deque<TSingleCommand> commands;
     std::vector<const ICommand*> list;
     for (const TDebugger::TCommand& command : TDebugger::Commands()) {
-        list.push_back(&commands.emplace_back(command));
+        if (!command.OnlyInSession) {
+            list.push_back(&commands.emplace_back(command));
+        }
     }
     return list;
 }

@@ -25,6 +25,10 @@ T Get(Op&& operation) {
     throw ECommandFailure(ExitStatus::NothingFound, text);
 }
 
+std::string At(const char* action, std::int64_t address) {
+    return std::string(action) + " at " + ToHex(static_cast<std::uint64_t>(address), 8);
+}
+
 bool IsDebuggable(IVorelDevice& device) {
     const auto registers = Get<std::int32_t>([&](auto& v) { return device.GetRegisterCount(v); });
     const auto spaces = Get<std::int32_t>([&](auto& v) { return device.GetMemorySpaceCount(v); });
@@ -39,12 +43,18 @@ TDebugTarget::TDebugTarget(TSession& session, const std::string& device) : Sessi
     const auto count = Get<std::int32_t>([&](auto& v) { return library.GetJTagPortCount(&v); });
     for (std::int32_t i = 0; i < count; ++i) {
         auto* const port = Get<IJTagPort*>([&](auto& v) { return library.GetJTagPort(i, &v); });
-        if (port == nullptr ||
-            Get<Bool32>([&](auto& v) { return port->Detect(False32, v); }) == False32) {
+        Bool32 found = False32;
+        if (port != nullptr) {
+            Check(port->Detect(False32, found),
+                  ("Looking for chains behind port " + std::to_string(i)).c_str());
+        }
+        if (found == False32) {
             continue;
         }
         auto* const chain = Get<IJTagChannel*>([&](auto& v) { return port->GetSoftChain(v); });
         if (chain != nullptr && Choose(*chain, device)) {
+            Port = port;
+            PortName = ToUtf8(Get<WideText>([&](auto& v) { return port->GetName(v); }));
             return;
         }
     }
@@ -73,6 +83,7 @@ bool TDebugTarget::Choose(IJTagChannel& chain, const std::string& device) {
         if (soft != nullptr && IsDebuggable(*soft)) {
             Check(soft->SetChannel(&chain), "Putting the device on its chain");
             Check(soft->SetChainIndex(place), "Putting the device in its place");
+            Chain = &chain;
             Chosen = soft;
             ChainIndex = place;
             return true;
@@ -84,6 +95,32 @@ bool TDebugTarget::Choose(IJTagChannel& chain, const std::string& device) {
 
 std::string TDebugTarget::Name() const {
     return ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetDeviceName(v); }));
+}
+
+std::string TDebugTarget::Explain(const std::string& failure) const {
+    std::string text = Name() + ": " + failure + ".";
+    Bool32 present = False32;
+    if (Succeeded(Port->IsPresent(present)) && present != False32) {
+        return text;
+    }
+    return text + " " + PortName +
+           " does not answer any more. Check that it is plugged in; in a session, reconnect finds "
+           "it again.";
+}
+
+void TDebugTarget::Reconnect() const {
+    Check(Session.Library().ScanJTagPorts(), "Looking for ports");
+    Bool32 found = False32;
+    if (Failed(Port->Detect(True32, found)) || found == False32) {
+        Refuse(PortName + " is not back, or no chain answers behind it.");
+    }
+    auto* const position =
+        Get<IJTagDevice*>([&](auto& v) { return Chain->GetDevice(ChainIndex, v); });
+    if (position == nullptr ||
+        !SameText(ToUtf8(Get<WideText>([&](auto& v) { return position->GetName(v); })), Name())) {
+        Refuse(Name() + " is not at place " + std::to_string(ChainIndex) +
+               " of the soft chain any more.");
+    }
 }
 
 std::string TDebugTarget::StatusText() const {
@@ -163,9 +200,12 @@ std::vector<std::uint8_t> TDebugTarget::ReadBytes(std::int64_t address, std::siz
     CheckBlock(address, count);
     const std::size_t size = LocationBytes();
     std::vector<std::uint32_t> slots(count / size);
-    Check(Memory().ReadBlock(slots.data(), address / static_cast<std::int64_t>(size),
-                             static_cast<std::int32_t>(slots.size())),
-          "Reading the memory");
+    const Status read = Memory().ReadBlock(slots.data(), address / static_cast<std::int64_t>(size),
+                                           static_cast<std::int32_t>(slots.size()));
+    if (Failed(read)) {
+        Chain->Unlock(); // a failed read leaves the chain locked once more
+    }
+    Check(read, At("Reading the memory", address).c_str());
     const bool big = IsBigEndian();
     std::vector<std::uint8_t> bytes(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -186,7 +226,7 @@ void TDebugTarget::WriteBytes(std::int64_t address, std::span<const std::uint8_t
     }
     Check(Memory().WriteBlock(slots.data(), address / static_cast<std::int64_t>(size),
                               static_cast<std::int32_t>(slots.size())),
-          "Writing the memory");
+          At("Writing the memory", address).c_str());
 }
 
 } // namespace vorel::host

@@ -50,11 +50,21 @@ public:
     IMemorySpace& Memory() const;
     bool IsBigEndian() const;
 
+    // A failure of the target as people need it: which device, what failed, and whether the port
+    // still answers.
+    std::string Explain(const std::string& failure) const;
+    // Finds port and chain again after the port was away. ECommandFailure when it is not back, or
+    // another device stands in the device's place.
+    void Reconnect() const;
+
 private:
     bool Choose(IJTagChannel& chain, const std::string& device);
     void CheckBlock(std::int64_t address, std::size_t count) const;
 
     TSession& Session;
+    IJTagPort* Port = nullptr;
+    std::string PortName; // from when it was there
+    IJTagChannel* Chain = nullptr;
     IVorelDevice* Chosen = nullptr;
     std::int32_t ChainIndex = -1;
 };

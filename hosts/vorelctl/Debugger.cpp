@@ -72,6 +72,8 @@ const std::vector<TDebugger::TCommand>& TDebugger::Commands() {
          &TDebugger::Break},
         {"console", "", "show what the program has written since the last time",
          &TDebugger::Console},
+        {"reconnect", "", "find the pod again after it was unplugged", &TDebugger::Reconnect, false,
+         true},
     };
     return commands;
 }
@@ -98,7 +100,12 @@ std::string TDebugger::Execute(const std::string& name, const TWords& words) {
     if (hit->NeedsProcessor && !Target.IsProcessor()) {
         throw ECommandFailure(ExitStatus::NothingFound, Target.Name() + " is no processor.");
     }
-    return (this->*hit->Run)(words);
+    try {
+        return (this->*hit->Run)(words);
+    } catch (const EVorelError& error) {
+        Progress("");
+        throw ECommandFailure(ExitStatus::NothingFound, Target.Explain(error.what()));
+    }
 }
 
 std::string TDebugger::FindFile(const std::string& name) const {
@@ -276,8 +283,9 @@ std::string TDebugger::AddBreakpoint(std::int64_t address) {
     Check(Target.Device().AddBreakpoint(space, BreakpointLocation(address), breakpoint),
           "Adding a breakpoint");
     if (breakpoint == nullptr) {
-        throw ECommandFailure(ExitStatus::NothingFound,
-                              "There can be no breakpoint at " + Address(address) + ".");
+        throw ECommandFailure(ExitStatus::NothingFound, Target.Name() +
+                                                            " can have no breakpoint at " +
+                                                            Address(address) + ".");
     }
     const auto place = std::lower_bound(Breakpoints.begin(), Breakpoints.end(), address);
     if (place == Breakpoints.end() || *place != address) {
@@ -315,6 +323,12 @@ std::string TDebugger::Console(const TWords& words) {
         text += '\n';
     }
     return text;
+}
+
+std::string TDebugger::Reconnect(const TWords& words) {
+    Expect(words, 0, 0);
+    Target.Reconnect();
+    return Status(words);
 }
 
 std::vector<std::string> SplitCommandLine(std::string_view line) {

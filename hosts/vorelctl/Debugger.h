@@ -21,6 +21,7 @@ public:
         std::string_view Summary;
         std::string (TDebugger::*Run)(const TWords& words);
         bool NeedsProcessor = true;
+        bool OnlyInSession = false; // means nothing where each command connects anew
     };
 
     // Host and target outlive the debugger. `progress` gets a line that replaces the one before
@@ -39,7 +40,7 @@ public:
 
     // Runs one command and gives its output, lines that end with LF. ECommandFailure with
     // WrongUsage for an unknown command or wrong words, with NothingFound when it could not be
-    // done; EVorelError when the target fails.
+    // done or the target fails.
     std::string Execute(const std::string& name, const TWords& words);
 
 private:
@@ -56,6 +57,7 @@ private:
     std::string Mem(const TWords& words);
     std::string Break(const TWords& words);
     std::string Console(const TWords& words);
+    std::string Reconnect(const TWords& words);
 
     std::string WriteMemory(std::int64_t address, std::size_t size, const TWords& values);
     std::string AddBreakpoint(std::int64_t address);

@@ -62,7 +62,8 @@ public:
     virtual Status GetAttributeNumber75(std::int32_t& value) noexcept = 0;
     virtual Status GetAttributeNumber76(std::int32_t& value) noexcept = 0;
     // `buffer` has room for `count` slots. The driver decides what is out of range. Each read also
-    // closes one level of the device's BeginHalt.
+    // closes one level of the device's BeginHalt. One that fails leaves the halt as it is and the
+    // device's channel locked once more than before: its caller unlocks it.
     virtual Status ReadBlock(std::uint32_t* buffer, std::int64_t address,
                              std::int32_t count) noexcept = 0;
     virtual Status WriteBlock(const std::uint32_t* buffer, std::int64_t address,
@@ -198,7 +199,8 @@ public:
     virtual Status HasAttribute(const WideText& word, Bool32& value) noexcept = 0;
     virtual Status GetCoreNumber86(std::int32_t& value) noexcept = 0;
     // Bracket for work that needs a stopped processor. They nest; a processor that ran before runs
-    // again at the end. A block read of a memory space closes one level.
+    // again at the end. A block read of a memory space closes one level. A BeginHalt that fails has
+    // opened its level as well; an EndHalt that fails has closed none.
     virtual Status BeginHalt() noexcept = 0;
     virtual Status EndHalt() noexcept = 0;
     virtual Status RunDiagnostic(std::int32_t& value) noexcept = 0;

@@ -32,6 +32,7 @@ Status TVorelDevice::BeginHalt() noexcept {
         if (++HaltCount != 1) {
             return;
         }
+        ResumeNeeded = false; // not what an earlier halt left, should the question fail
         ResumeNeeded = !IsHalted();
         if (ResumeNeeded) {
             Check(PauseProcessor(), "Pausing the processor");

@@ -14,11 +14,16 @@ public:
     Status GetDeviceName(WideText& text) noexcept override { return Give(text, Name); }
     Status GetAttributeText10(WideText& text) noexcept override { return Give(text, Text10); }
     Status GetAttributeText17(WideText& text) noexcept override { return Give(text, Text17); }
-    Status NotifyReleased() noexcept override { return Record("released"), StatusOk; }
+    Status NotifyReleased() noexcept override { return Record("released"), Released; }
+    Status GetRegisterCount(std::int32_t& value) noexcept override {
+        return Give(value, 0), Counted;
+    }
 
     WideText Name;
     WideText Text10 = u"fg676";
     WideText Text17 = u"s3";
+    Status Released = StatusOk;
+    static inline Status Counted = StatusOk;
 };
 
 // Knows the parts that a test puts in, by their upper-case names; drivers live as long as it.
@@ -112,6 +117,22 @@ TEST_F(Manager, ReusesAReleasedDeviceOfTheSameName) {
     EXPECT_NE(found, nullptr);
     EXPECT_EQ(Root.FindDeviceById(u"ID2", found), StatusOk);
     EXPECT_EQ(found, nullptr);
+}
+
+TEST_F(Manager, ADriverThatFailsLeavesTheListsInOrder) {
+    constexpr Status failure = StatusFromOsError(31);
+    IVorelDevice* device = nullptr;
+    TPart::Counted = failure;
+    EXPECT_EQ(Root.AcquireDevice(u"A", device), failure);
+    EXPECT_EQ(device, nullptr);
+    EXPECT_EQ(Root.CreateDevice(u"A", device), failure);
+    EXPECT_EQ(device, nullptr);
+    EXPECT_EQ(TakeCalls(), "") << "no panel has seen a device";
+    TPart::Counted = StatusOk;
+    device = Acquire(u"A");
+    Knowledge.Instances.back()->Released = failure;
+    EXPECT_EQ(Root.ReleaseDevice(device), failure);
+    EXPECT_EQ(Acquire(u"a"), device) << "it was released all the same";
 }
 
 TEST_F(Manager, ADeviceReleasedTwiceWaitsTwiceAndIsFreedOnce) {

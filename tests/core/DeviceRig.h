@@ -7,9 +7,11 @@
 #include "support/NeutralHost.h"
 #include "support/Text.h"
 #include "vorel/Channel.h"
-#include "vorel/Driver.h"
+#include "vorel/DriverBase.h"
 
 #include <gtest/gtest.h>
+
+#include <sstream>
 
 namespace vorel::test {
 
@@ -60,13 +62,26 @@ public:
     std::optional<std::string> Chosen;
 };
 
+// The base of drivers where it is the same as no driver at all: it has neither name nor attribute.
+class TSilentDriver : public TDriverBase {
+public:
+    Status GetDeviceName(WideText& text) noexcept override { return Give(text, u"Unknown Device"); }
+    Status HasAttribute(const WideText&, Bool32& value) noexcept override {
+        return Give(value, True32);
+    }
+};
+
 // Goes through the operations of an interface in table order. Each has to stand in its place, to
 // make the stated calls on a driver that leaves its out values alone, and to give the neutral value
-// there as well as without a driver.
+// there as well as without a driver and with a silent one. When one of those calls fails, that
+// failure has to come out as it is, with nothing behind it but the unlocking of the channel, and
+// the next try has to work.
 template<class I>
 class TForwardTable {
 public:
-    TForwardTable(I& driven, I& bare) : Driven(driven), Bare(bare) {}
+    TForwardTable(I& driven, I& silent, I& bare, TTableDouble<IVorelDriver>& driver,
+                  TTableDouble<IJTagChannel>& channel)
+        : Driven(driven), Silent(silent), Bare(bare), Driver(driver), Channel(channel) {}
 
     template<class Operation, class... Neutral>
     void Row(Operation operation, const char* calls, const Neutral&... neutral) {
@@ -76,8 +91,16 @@ public:
     template<class Operation, class... Neutral>
     void Rows(Operation operation, const char* drivenCalls, const char* bareCalls,
               const Neutral&... neutral) {
+        RowThatCounts(operation, drivenCalls, bareCalls, neutral...);
+        TryFailures(operation, drivenCalls, neutral...);
+    }
+    // An operation that does not do the same each time: its failures are looked at elsewhere.
+    template<class Operation, class... Neutral>
+    void RowThatCounts(Operation operation, const char* drivenCalls, const char* bareCalls,
+                       const Neutral&... neutral) {
         Place(operation);
         Try(Driven, operation, drivenCalls, neutral...);
+        Try(Silent, operation, WithoutDriver(drivenCalls).c_str(), neutral...);
         Try(Bare, operation, bareCalls, neutral...);
     }
     // Only its place: looked at elsewhere.
@@ -86,12 +109,17 @@ public:
         EXPECT_EQ(SlotOf(operation), ++Slot);
     }
     int Count() const { return Slot - 2; }
+    // Failing calls that were tried.
+    int FailureCount() const { return Failures; }
 
 private:
+    static constexpr Status Failure = StatusFromOsError(31);
+
     template<class... A, class... Neutral>
     void Try(I& object, Status (I::*operation)(A...) noexcept, const char* calls,
              const Neutral&... neutral) {
-        const std::string where = (&object == &Bare ? "bare, " : "") + std::to_string(Slot);
+        const char* const kind = &object == &Bare ? "bare, " : &object == &Silent ? "silent, " : "";
+        const std::string where = kind + std::to_string(Slot);
         TakeCalls();
         const auto [status, values] = Call(object, operation);
         EXPECT_EQ(status, StatusOk) << where;
@@ -101,9 +129,64 @@ private:
         }
     }
 
+    // One after the other, each of the calls fails where it is made first.
+    template<class Operation, class... Neutral>
+    void TryFailures(Operation operation, const char* calls, const Neutral&... neutral) {
+        std::string before;
+        for (std::istringstream list(calls); list;) {
+            std::string call;
+            list >> call;
+            const bool isDriver = call.starts_with("d");
+            const int entry = isDriver || call.starts_with("c") ? std::atoi(call.c_str() + 1) : 0;
+            if (entry != 0 && !Holds(before, call)) {
+                isDriver ? Driver.FailAt(entry, Failure) : Channel.FailAt(entry, Failure);
+                const bool unlocks = Holds(before, LockCall) && call != UnlockCall;
+                TryFailing(operation,
+                           before + call + (unlocks ? std::string(" ") + UnlockCall : ""));
+                Driver.FailNowhere();
+                Channel.FailNowhere();
+                Try(Driven, operation, calls, neutral...);
+            }
+            before += call + " ";
+        }
+    }
+    template<class... A>
+    void TryFailing(Status (I::*operation)(A...) noexcept, const std::string& calls) {
+        const std::string where = std::to_string(Slot) + " with a failure after " + calls;
+        ++Failures;
+        const auto [status, values] = Call(Driven, operation);
+        EXPECT_EQ(status, Failure) << where;
+        EXPECT_EQ(TakeCalls(), calls) << where;
+        if constexpr (sizeof...(A) > 0) {
+            using Last = std::tuple_element_t<sizeof...(A) - 1, std::tuple<A...>>;
+            if constexpr (std::is_lvalue_reference_v<Last> &&
+                          !std::is_const_v<std::remove_reference_t<Last>>) {
+                EXPECT_NE(std::get<sizeof...(A) - 1>(values), Argument<Last>()) << where;
+            }
+        }
+    }
+    static std::string WithoutDriver(const char* calls) {
+        std::string others;
+        std::istringstream list(calls);
+        for (std::string call; list >> call;) {
+            others += call.starts_with("d") ? "" : (others.empty() ? "" : " ") + call;
+        }
+        return others;
+    }
+    static bool Holds(const std::string& calls, const std::string& call) {
+        return (" " + calls).find(" " + call + " ") != std::string::npos;
+    }
+
+    static constexpr const char* LockCall = "c3";
+    static constexpr const char* UnlockCall = "c4";
+
     I& Driven;
+    I& Silent;
     I& Bare;
+    TTableDouble<IVorelDriver>& Driver;
+    TTableDouble<IJTagChannel>& Channel;
     int Slot = 2;
+    int Failures = 0;
 };
 
 } // namespace vorel::test

@@ -18,13 +18,17 @@ protected:
 
 TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     TVorelDevice device(Host, Dialogs, Driver.Get());
+    TSilentDriver silentDriver;
+    TVorelDevice silentDevice(Host, Dialogs, &silentDriver);
     TVorelDevice bareDevice(Host, Dialogs, nullptr);
     ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
+    ASSERT_EQ(silentDevice.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(bareDevice.SetChannel(Channel.Get()), StatusOk);
     {
         TProcessorRegister driven(3, device);
+        TProcessorRegister silent(3, silentDevice);
         TProcessorRegister bare(3, bareDevice);
-        TForwardTable<IProcessorRegister> t(driven, bare);
+        TForwardTable<IProcessorRegister> t(driven, silent, bare, Driver, Channel);
         using R = IProcessorRegister;
         t.Place(&R::GetDevice);
         t.Row(&R::Reserved1, "");
@@ -42,10 +46,12 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
         t.Row(&R::ReadText, "c3 d109 c4", u"0");
         t.Row(&R::WriteText, "c3 d108 c4");
         EXPECT_EQ(t.Count(), 15);
+        EXPECT_EQ(t.FailureCount(), 27);
     }
     TMemorySpace driven(2, device);
+    TMemorySpace silent(2, silentDevice);
     TMemorySpace bare(2, bareDevice);
-    TForwardTable<IMemorySpace> t(driven, bare);
+    TForwardTable<IMemorySpace> t(driven, silent, bare, Driver, Channel);
     using M = IMemorySpace;
     t.Place(&M::GetDevice);
     t.Row(&M::GetIndex, "", 2);
@@ -55,11 +61,12 @@ TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     t.Row(&M::GetSize, "d74", 0);
     t.Row(&M::GetAttributeNumber75, "d75", 0);
     t.Row(&M::GetAttributeNumber76, "d76", 0);
-    t.Row(&M::ReadBlock, "c3 d81 c4");
+    t.RowThatCounts(&M::ReadBlock, "c3 d81 c4", "");
     t.Row(&M::WriteBlock, "c3 d82 c4");
     t.Row(&M::MemoryAction83, "c3 d83 c4");
     t.Row(&M::MemoryAction84, "c3 d84 c4");
     EXPECT_EQ(t.Count(), 12);
+    EXPECT_EQ(t.FailureCount(), 15);
 }
 
 // Two registers, two memories of 2^33 locations, and a processor that runs.

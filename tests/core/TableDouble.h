@@ -1,6 +1,7 @@
 // A stand-in for any object behind an interface that is nothing but its table: each entry writes
 // its number into one shared record and leaves all arguments alone. So a test sees which entry a
-// caller really hit, whatever the operation is called. Single entries can be given a body.
+// caller really hit, whatever the operation is called. Single entries can be given a body, and one
+// can be made to fail.
 #pragma once
 
 #include "vorel/Interface.h"
@@ -41,6 +42,12 @@ public:
 
     template<class Operation, class... Arguments>
     void Replace(Operation operation, Status (*body)(I*, Arguments...));
+    // From now on this entry (without a body) fails with `status` and no other one does.
+    void FailAt(int entry, Status status) {
+        FailingEntry = entry;
+        Failure = status;
+    }
+    void FailNowhere() { FailingEntry = -1; }
 
 private:
     static constexpr int Size = 128;
@@ -51,7 +58,7 @@ private:
         if (Number > 2) { // reference counting is nobody's business
             Record(self->Letter + std::to_string(Number));
         }
-        return StatusOk;
+        return Number == self->FailingEntry ? self->Failure : StatusOk;
     }
     template<int... Numbers>
     void Fill(std::integer_sequence<int, Numbers...>) {
@@ -62,6 +69,8 @@ private:
     std::array<const void*, Size + 2> Entries{nullptr, &typeid(I)};
     std::string Letter;
     int Last = -1;
+    int FailingEntry = -1;
+    Status Failure = StatusError;
 };
 
 // A value for one parameter: out parameters hold rubbish, all others are 0, null or empty.

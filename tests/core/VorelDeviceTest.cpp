@@ -22,10 +22,13 @@ protected:
 TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     TVorelDevice driven(Host, Dialogs, Driver.Get());
     EXPECT_EQ(TakeCalls(), "d50 d67 d79");
+    TSilentDriver silentDriver;
+    TVorelDevice silent(Host, Dialogs, &silentDriver);
     TVorelDevice bare(Host, Dialogs, nullptr);
     ASSERT_EQ(driven.SetChannel(Channel.Get()), StatusOk);
+    ASSERT_EQ(silent.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(bare.SetChannel(Channel.Get()), StatusOk);
-    TForwardTable<IVorelDevice> t(driven, bare);
+    TForwardTable<IVorelDevice> t(driven, silent, bare, Driver, Channel);
     using D = IVorelDevice;
     t.Row(&D::GetIdCode, "c3 d3 c4", 0U);
     t.Row(&D::GetDeviceName, "d4", u"Unknown Device");
@@ -122,8 +125,8 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     t.Row(&D::ShowAbout, "about");
     t.Row(&D::HasAttribute, "d57", True32);
     t.Row(&D::GetCoreNumber86, "d86", -1);
-    t.Row(&D::BeginHalt, "d101 d102 d98");
-    t.Row(&D::EndHalt, "d99");
+    t.RowThatCounts(&D::BeginHalt, "d101 d102 d98", "");
+    t.RowThatCounts(&D::EndHalt, "d99", "");
     t.Row(&D::RunDiagnostic, "c3 d85 c4", -1);
     t.Row(&D::GetCoreText59, "d59", u"");
     t.Row(&D::GetCoreNumber60, "d60", 0);
@@ -144,6 +147,7 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     t.Row(&D::GetCoreNumber121, "d121", -1);
     t.Row(&D::CoreAction122, "d122");
     EXPECT_EQ(t.Count(), 115);
+    EXPECT_EQ(t.FailureCount(), 106);
 
     EXPECT_EQ(driven.GetKind(), u"Unknown");
     EXPECT_EQ(TakeCalls(), "d48");
@@ -162,7 +166,6 @@ public:
         std::int64_t Address = 0;
     };
 
-    Status GetIdCode(std::uint32_t&) noexcept override { return Failure; }
     Status GetRegisterCount(std::int32_t& value) noexcept override { return Give(value, 1 << 30); }
     Status GetProgramCounterIndex(std::int32_t& value) noexcept override { return Give(value, 7); }
     Status IsPaused(Bool32& value) noexcept override { return Give(value, Paused); }
@@ -213,7 +216,6 @@ public:
 
     Bool32 Paused = False32;
     Bool32 Reset = False32;
-    Status Failure = StatusOk;
     std::size_t Limit = 2;
     std::int32_t Hardware = 0;
     std::vector<TBreakpoint*> List;
@@ -250,20 +252,6 @@ TEST_F(SoftDevice, BelievesNoAbsurdRegisterCount) {
     EXPECT_EQ(count, 7);
     EXPECT_EQ(device.GetRegister(-1, found), StatusOk);
     EXPECT_EQ(found, nullptr);
-}
-
-TEST_F(SoftDevice, UnlocksAfterAFailureAndForwardsNothingWhenTheChannelDoesNotOpen) {
-    TProcessor processor;
-    TVorelDevice device(Host, Dialogs, &processor);
-    ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
-    std::uint32_t id = 0;
-    processor.Failure = StatusFromOsError(5);
-    EXPECT_EQ(device.GetIdCode(id), processor.Failure);
-    EXPECT_EQ(TakeCalls(), "c3 c4");
-    Channel.Replace(
-        &IJTagChannel::Lock, +[](IJTagChannel*, Bool32&) -> Status { return StatusNotSupported; });
-    EXPECT_EQ(device.GetIdCode(id), StatusNotSupported);
-    EXPECT_EQ(TakeCalls(), "");
 }
 
 TEST_F(SoftDevice, HaltsNestAndResumeOnlyWhatRan) {

@@ -154,42 +154,33 @@ TEST_F(SoftDevices, BlocksOutsideTheMemoryTouchNothing) {
     EXPECT_EQ(peripherals->WriteBlock(&room, 0, 1), StatusOk) << "the failure is told once";
 }
 
-TEST_F(SoftDevices, ABlockWriteCostsItsBits) {
-    constexpr std::int32_t Size = 65536;
+// The whole RAM, or an eighth of it where every access is checked.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::int32_t LoadSize = 0x20000;
+#else
+constexpr std::int32_t LoadSize = 0x100000;
+#endif
+
+TEST_F(SoftDevices, ALoadCostsItsBitsAndReadsBackEqual) {
+    constexpr std::int32_t Size = LoadSize;
+    constexpr std::int32_t PartSize = 16384; // as object files are loaded
+    constexpr double DataBits = 8.0 * Size;
     std::vector<std::uint32_t> block(Size);
-    std::iota(block.begin(), block.end(), 0U);
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        block[i] = (i * 7 + i / 256) & 0xFF;
+    }
     const std::uint64_t clocks = Rig.Clocks();
     const std::uint64_t writes = Rig.Pod().Counters().Writes;
-    ASSERT_EQ(Rig.Ram->WriteBlock(block.data(), 0, Size), StatusOk);
-    EXPECT_LT(static_cast<double>(Rig.Clocks() - clocks), 1.01 * 8 * Size);
+    for (std::int32_t start = 0; start < Size; start += PartSize) {
+        ASSERT_EQ(Rig.Ram->WriteBlock(block.data() + start, start, PartSize), StatusOk);
+    }
+    const auto used = static_cast<double>(Rig.Clocks() - clocks);
+    EXPECT_LE(used, 1.01 * DataBits) << "TCK cycles for a data bit: " << used / DataBits;
     // A batch holds 512 bytes with four clocks to two bytes.
-    EXPECT_LT(Rig.Pod().Counters().Writes - writes, 8U * Size / 1020 + 30);
+    EXPECT_LT(Rig.Pod().Counters().Writes - writes, DataBits / 1020 + 6.0 * Size / PartSize);
     std::vector<std::uint32_t> seen(Size);
     ASSERT_EQ(Rig.Ram->ReadBlock(seen.data(), 0, Size), StatusOk);
-    for (std::uint32_t& slot : block) {
-        slot &= 0xFF;
-    }
-    EXPECT_EQ(seen, block);
-}
-
-TEST_F(SoftDevices, APodPulledOutInABlockWriteLeavesTheChainUsable) {
-    const std::vector<std::uint32_t> block(65536, 0x5A);
-    sim::UsbFault fault;
-    fault.What = sim::UsbFault::Effect::Unplug;
-    fault.First = Rig.Pod().Counters().Writes + 100;
-    Rig.Pod().Faults().Add(fault);
-    EXPECT_TRUE(Failed(Rig.Ram->WriteBlock(block.data(), 0, 65536)));
-    EXPECT_TRUE(Failed(Rig.Processor->SingleStep()));
-    Rig.Pod().Faults().Clear();
-    Rig.Pod().Plug();
-    ASSERT_EQ(Rig.Vorel.ScanJTagPorts(), StatusOk);
-    IJTagPort* port = nullptr;
-    Rig.Chain->GetPort(port);
-    Bool32 found = False32;
-    ASSERT_EQ(port->Detect(True32, found), StatusOk);
-    ASSERT_EQ(found, True32);
-    EXPECT_EQ(Rig.Ram->WriteBlock(block.data(), 0, 1000), StatusOk);
-    EXPECT_EQ(Rig.StatusText(), "Reset");
+    EXPECT_TRUE(seen == block);
 }
 
 TEST_F(SoftDevices, DiagnosticsTellWhatAnswers) {

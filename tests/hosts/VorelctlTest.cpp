@@ -146,12 +146,13 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         {"0", "load " + folder + "bad.bin", "bad.bin delivers nothing."},
         {"0", "break add 10\nbreak add 0\nbreak list", "00000000\n00000010\n"},
         {"0", "break remove 10", "There is no breakpoint at 00000010."},
-        {"0", "break add 2", "There can be no breakpoint at 00000002."},
+        {"0", "break add 2", "ZRC3000 can have no breakpoint at 00000002."},
         {"0", "mem 0 --width 32 --write 1000FFFF 0\nrun\nwait 3", "still runs after 3"},
         {"0", "step 2 3", "\"3\" is too much"},
         {"0", "step 0", "\"0\" is no number from 1"},
         {"0", "# nothing\n\nquit\nnonsense", "ZRC3000 at place 0"},
         {"0", "nonsense", "There is no command \"nonsense\""},
+        {"0", "reconnect", "Reset"},
         {"1", "mem 3FFC --width 32 --write DEADBEEF\nmem 3FFC 4", "DE AD BE EF"},
         {"1", "mem 1 4", "multiples of 4"},
         {"SOFTMEM4K", "run", "SOFTMEM4K is no processor."},
@@ -162,6 +163,81 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Lines << ": " << run.Output;
     }
     std::filesystem::remove(folder + "bad.bin");
+}
+
+// Debugging sessions on the default scene, its pod pulled out at one transfer.
+class VorelctlUnplugged : public testing::Test {
+public:
+    VorelctlUnplugged() {
+        std::filesystem::create_directories(Folder);
+        std::ofstream(Folder / "x.bin") << std::string(50000, 'x');
+    }
+    ~VorelctlUnplugged() override { std::filesystem::remove_all(Folder); }
+
+protected:
+    // `how` says how the lines get to the program.
+    TRun Debug(const std::string& unplug, const std::string& lines, const char* how) {
+        std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
+        scene.insert(scene.find("serial ="), "unplug = " + unplug + "\n");
+        std::ofstream(Folder / "s.ini") << scene;
+        std::ofstream(Folder / "s.debug") << lines;
+        return RunVorelctl(std::string("debug --scene s.ini ") + how, Folder);
+    }
+
+    static constexpr const char* Load = "load x.bin --verify\n";
+    const std::filesystem::path Folder =
+        std::filesystem::temp_directory_path() / "vorelctl-test-unplugged";
+};
+
+TEST_F(VorelctlUnplugged, AScriptEndsWithWhatFailedOnWhichDevice) {
+    struct Case {
+        const char* Unplug;
+        std::string Lines;
+        int ExitStatus;
+        std::vector<const char*> Says;
+    };
+    const char* const gone = "Lumaplate pod (ID: 10.0.1) does not answer any more. Check that it "
+                             "is plugged in";
+    const Case cases[] = {
+        {"write 1", "status", 3, {"Looking for chains behind port 1 failed with status 0x"}},
+        {"write 300",
+         std::string("status\n") + Load,
+         1,
+         {"ZRC3000: Writing the memory at 000", " failed with status 0x", gone,
+          "The script ends at its line 2."}},
+        {"read 200",
+         Load,
+         1,
+         {"ZRC3000: Reading the memory at 000", gone, "The script ends at its line 1."}},
+        {"write 300 back", Load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
+        {"write 999999",
+         "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10",
+         1,
+         {"Error: A request for a hardware breakpoint could not be satisfied!",
+          "ZRC3000 can have no breakpoint at 00000010.", "The script ends at its line 5."}},
+    };
+    for (const Case& c : cases) {
+        const TRun run = Debug(c.Unplug, c.Lines, "--script s.debug");
+        EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Unplug;
+        for (const char* text : c.Says) {
+            EXPECT_NE(run.Output.find(text), std::string::npos) << c.Unplug << ": " << run.Output;
+        }
+    }
+}
+
+TEST_F(VorelctlUnplugged, ASessionGoesOnWhenThePodIsBack) {
+    for (const char* unplug : {"write 300 back", "read 200 back"}) {
+        const std::string lines = std::string(Load) + "reconnect\n" + Load;
+        const TRun run = Debug(unplug, lines, "< s.debug");
+        EXPECT_NE(run.Output.find("the memory at 000"), std::string::npos) << run.Output;
+        EXPECT_NE(run.Output.find("Reset\nLoaded 50000 bytes in 1 block.\nVerified.\n"),
+                  std::string::npos)
+            << run.Output;
+        EXPECT_EQ(run.ExitStatus, 0);
+    }
+    const TRun run = Debug("write 300", std::string(Load) + "reconnect\n", "< s.debug");
+    EXPECT_NE(run.Output.find("Lumaplate pod (ID: 10.0.1) is not back"), std::string::npos)
+        << run.Output;
 }
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {

@@ -15,6 +15,7 @@ constexpr const char* Full = R"(; all that a scene can say
 name = Pod one, the first
 serial = 12.5
 product = 0200
+unplug = READ 7 back
 [Board]
 busy_reads = 3
 [hard]
@@ -35,10 +36,15 @@ TEST(Scene, SaysWhatStandsInFrontOfEachPod) {
     const TScene scene = TScene::Parse(Full);
     ASSERT_EQ(scene.Pods.size(), 3U);
     const auto usb = scene.CreateUsb();
-    const TSimPod& first = usb->Pod(0);
+    TSimPod& first = usb->Pod(0);
     EXPECT_EQ(first.Identity().ProductName, "Pod one, the first");
     EXPECT_EQ(first.Identity().SerialNumber, "12.5");
     EXPECT_EQ(first.Identity().Product, 0x0200);
+    ASSERT_TRUE(scene.Pods[0].Fault);
+    EXPECT_EQ(scene.Pods[0].Fault->What, UsbFault::Effect::Replug);
+    EXPECT_EQ(scene.Pods[0].Fault->On, UsbTransfer::Read);
+    EXPECT_EQ(scene.Pods[0].Fault->First, 7U);
+    EXPECT_NE(first.Faults().Find(UsbTransfer::Read, 7), nullptr);
     TTarget& target = *first.Target();
     ASSERT_EQ(target.HardChain().DeviceCount(), 4U);
     const TapSettings& part = target.HardChain().Device(0).Settings();
@@ -76,6 +82,9 @@ TEST(Scene, NamesTheLineAndWhatIsExpected) {
              {"[pod]\n[chain]", "f.ini:2: unknown section [chain]; pod, cable, board, hard"},
              {"[pod]\n[hard]\n[HARD]", "f.ini:3: the pod or cable has a section [HARD] already"},
              {"[pod]\nspeed=1", "f.ini:2: unknown key \"speed\" in [pod]; name, serial, product"},
+             {"[pod]\nunplug=write", "f.ini:2: write N, read N, write N back or read N back is"},
+             {"[pod]\nunplug=write 1 x", "f.ini:2: write N, read N, write N back or read N back"},
+             {"[pod]\nunplug=write 0", "f.ini:2: the number of a transfer from 1 to 1000000000"},
              {"[pod]\nname=a\nNAME=b", "f.ini:3: the key \"NAME\" is given twice"},
              {"[pod]\nname=", "f.ini:2: \"name\" has to have 1 to 126 characters"},
              {"[pod]\nproduct=10000", "f.ini:2: a USB id of 1 to 4 hexadecimal digits is expected"},

@@ -227,7 +227,8 @@ TEST_F(UsbFixture, ShowsItsFaults) {
           {"reads hang", {Effect::TimeOut, R, 1, true}, "...", "AAA", ""},
           {"answer in pieces", {Effect::Short, R, 1, false, 3}, "...", "...", "11s11s11s"},
           {"answer lost", {Effect::Drop, R, 1, false, 2}, "...", "...", "1111s11s"},
-          {"pulled out", {Effect::Unplug, R, 2}, "..G", ".GG", "11s"}}) {
+          {"pulled out", {Effect::Unplug, R, 2}, "..G", ".GG", "11s"},
+          {"pulled out and back", {Effect::Replug, R, 2}, "..G", ".GG", "11s"}}) {
         TSimPod& pod = Usb.Pod(0);
         pod.Plug();
         pod.Faults().Clear();
@@ -250,6 +251,7 @@ TEST_F(UsbFixture, ShowsItsFaults) {
         EXPECT_EQ(writes, c.Writes) << c.Name;
         EXPECT_EQ(reads, c.Reads) << c.Name;
         EXPECT_EQ(answers, c.Answers) << c.Name;
+        EXPECT_EQ(pod.IsPlugged(), c.Fault.What != Effect::Unplug) << c.Name;
         Usb.CloseDevice(Device);
     }
     Device = nullptr;
