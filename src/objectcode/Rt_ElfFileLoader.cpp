@@ -182,11 +182,11 @@ void TElfFile::RemarkOnNothing(TNameTest test) {
                    "Intel Hex to load it as a whole.";
 }
 
-void TElfFile::DeliverTo(const TBlockConsumer& consumer) {
+void TElfFile::DeliverTo(const TByteConsumer& consumer) {
     // Sections of a sane file do not overlap; headers that all point at the same bytes must not
     // multiply the file.
     std::uint64_t allowance = 4 * std::max<std::uint64_t>(Stream.Size, SmallSection);
-    TMemoryWords words;
+    std::vector<std::uint8_t> padded;
     for (const std::uint64_t header : SelectSections(IsCodeOrConstants)) {
         const TSection section = SectionAt(header);
         const std::uint64_t length = LengthToLoad(section, allowance);
@@ -194,10 +194,13 @@ void TElfFile::DeliverTo(const TBlockConsumer& consumer) {
             continue;
         }
         allowance -= length;
-        const auto held = Part(section.Data, 0, length);
-        words.assign(held.begin(), held.end());
-        words.resize(length);
-        consumer(words.data(), static_cast<std::int64_t>(length), section.sh_addr);
+        auto held = Part(section.Data, 0, length);
+        if (held.size() < length) {
+            padded.assign(held.begin(), held.end());
+            padded.resize(length);
+            held = padded;
+        }
+        consumer(held.data(), static_cast<std::int64_t>(length), section.sh_addr);
     }
 }
 
@@ -237,6 +240,11 @@ void TakeRemark(const TElfFile& file, std::string* remark) {
 
 bool LoadElfToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer, std::string* remark) {
+    return LoadElfAsBytes(host, fileName, AsWords(consumer), remark);
+}
+
+bool LoadElfAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer,
+                    std::string* remark) {
     TElfFile file(host, fileName);
     const bool good = ReadOrShow(file, host, fileName);
     if (good) {

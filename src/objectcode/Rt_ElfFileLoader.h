@@ -54,11 +54,12 @@ public:
     // if it is no ELF file, or if the table is empty or goes beyond the file.
     bool Read();
 
-    // One block for each loadable section named .text... or .rodata..., in order of address, one
-    // byte to a word. Nothing without a consumer. What the file does not hold of a section comes as
-    // zeros; a section that claims more than the whole file (and more than 64 KiB) is cut to what
-    // the file holds, and so are sections that together make more than four times the file.
-    void DeliverTo(const TBlockConsumer& consumer);
+    // One block for each loadable section named .text... or .rodata..., in order of address. Bytes
+    // that the file holds are handed out where they stand. Nothing without a consumer. What the
+    // file does not hold of a section comes as zeros; a section that claims more than the whole
+    // file (and more than 64 KiB) is cut to what the file holds, and so are sections that together
+    // make more than four times the file.
+    void DeliverTo(const TByteConsumer& consumer);
     // Zeroes the image and writes the loadable sections named .text (without case) into it, in
     // order of address, one byte to a word. What lies beyond the image is dropped. Gives one above
     // the highest address.
@@ -98,6 +99,8 @@ private:
 // false after a message. The image way always has an error count of 0.
 bool LoadElfToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer, std::string* remark = nullptr);
+bool LoadElfAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer,
+                    std::string* remark = nullptr);
 bool LoadElfToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,
                     std::int32_t& errorCount, std::int64_t& maxAddress,
                     std::string* remark = nullptr);

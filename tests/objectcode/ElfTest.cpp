@@ -85,7 +85,7 @@ TEST_F(ElfTest, DeliversCodeAndConstantsInOrderOfAddress) {
                                            {0x40, 3, {0, 0, 0}},
                                            {0x80000000, 2, {'c', 'd'}}}));
     EXPECT_EQ(Report.BlockCount, 4);
-    EXPECT_EQ(Report.WordCount, 8);
+    EXPECT_EQ(Report.ByteCount, 8);
     EXPECT_EQ(Report.Remark, "");
 
     Image->fill(0xDEAD);
@@ -112,7 +112,7 @@ TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
 
     LargestAllocation = 0;
     ASSERT_TRUE(Load(TElfImage({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}}).Bytes));
-    EXPECT_EQ(Report.WordCount, 3 + 80) << "what the file holds: the data and two headers";
+    EXPECT_EQ(Report.ByteCount, 3 + 80) << "what the file holds: the data and two headers";
     EXPECT_NE(Report.Remark, "");
 
     elf.Set(46, 0, 2); // all headers the same, that of the string table
