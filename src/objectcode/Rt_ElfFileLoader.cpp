@@ -10,6 +10,8 @@ namespace vorel {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> Magic{127, 'E', 'L', 'F'};
+constexpr std::uint8_t Class32 = 1;
+constexpr std::uint8_t BigEndian = 2;
 constexpr std::uint32_t SHT_STRTAB = 3;
 constexpr std::uint32_t SHT_NOBITS = 8;
 constexpr std::uint32_t SHF_ALLOC = 2;
@@ -91,6 +93,7 @@ TSection TElfFile::SectionAt(std::uint64_t header) const noexcept {
 
 bool TElfFile::Read() {
     Sections.clear();
+    Remark.clear();
     StringTable = {};
     NamesByIndex = {};
     if (!HaveContents) {
@@ -107,9 +110,22 @@ bool TElfFile::Read() {
     }
     if (!ReadSectionTable()) {
         ShowError(Host, name + " is not an valid ELF file");
+        RemarkOnKind();
         return false;
     }
     return true;
+}
+
+void TElfFile::RemarkOnKind() {
+    const auto kind = Part(Stream.View(), 4, 2);
+    if (kind.size() == 2 && (kind[0] != Class32 || kind[1] != BigEndian)) {
+        Remark = "Only 32-bit big-endian ELF files are read, and this one is " +
+                 std::string(kind[0] == Class32 ? "32-bit" : "64-bit") +
+                 (kind[1] == BigEndian ? " big-endian." : " little-endian.") +
+                 " Convert it to Intel Hex (objcopy -O ihex).";
+    } else {
+        Remark = "Its section table is empty or lies beyond the end of the file.";
+    }
 }
 
 bool TElfFile::ReadSectionTable() {
@@ -176,10 +192,10 @@ void TElfFile::RemarkOnNothing(TNameTest test) {
         });
     Remark = namesElsewhere
                  ? "The file's section names are not in its first string table, which holds the "
-                   "names of its symbols, so no section was recognised. Strip the file, or convert "
-                   "it to Intel Hex."
+                   "names of its symbols, so no section was recognised. Strip the file (strip), or "
+                   "convert it to Intel Hex (objcopy -O ihex)."
                  : "The file has no loadable section with a name of program code. Convert it to "
-                   "Intel Hex to load it as a whole.";
+                   "Intel Hex to load it as a whole (objcopy -O ihex).";
 }
 
 void TElfFile::DeliverTo(const TByteConsumer& consumer) {

@@ -69,8 +69,8 @@ public:
     // table or without one.
     std::string_view GetName(const TSection& section) const noexcept;
 
-    // After DeliverTo or WriteTo: why nothing, or less than the headers say, came out, and what can
-    // be done; empty when all is well.
+    // Why the table was not read, and after DeliverTo or WriteTo: why nothing, or less than the
+    // headers say, came out, and what can be done; empty when all is well.
     const std::string& GetRemark() const noexcept { return Remark; }
 
 private:
@@ -84,6 +84,7 @@ private:
     std::vector<std::uint64_t> SelectSections(TNameTest test);
     std::uint64_t LengthToLoad(const TSection& section, std::uint64_t allowance);
     void RemarkOnNothing(TNameTest test);
+    void RemarkOnKind();
 
     IHostClient& Host;
     std::string FileName;

@@ -31,10 +31,6 @@ bool LoadAs(TObjectFileFormat format, IHostClient& host, const std::string& file
     return LoadBinAsBytes(host, fileName, consumer);
 }
 
-std::string RemarkOnFailure(const std::string& fileName) {
-    return ObjectFileExists(fileName) ? std::string{} : "The file does not exist.";
-}
-
 } // namespace
 
 TObjectFileFormat GetObjectFileFormat(const std::string& fileName) {
@@ -66,9 +62,11 @@ bool LoadObjectFileAsBytes(IHostClient& host, const std::string& fileName,
         };
     }
     const bool good = LoadAs(result.Format, host, fileName, counting, result.Remark);
-    if (!good) {
-        result.Remark = RemarkOnFailure(fileName);
-    } else if (result.BlockCount == 0 && result.Remark.empty()) {
+    const std::string obstacle = result.BlockCount == 0 ? WhyUnreadable(fileName) : "";
+    result.Readable = obstacle.empty();
+    if (!result.Readable) {
+        result.Remark = obstacle;
+    } else if (good && result.BlockCount == 0 && result.Remark.empty()) {
         result.Remark = "The file holds no data.";
     }
     return good;

@@ -19,10 +19,11 @@ TObjectFileFormat GetObjectFileFormat(const std::string& fileName);
 // nothing.
 struct TObjectFileReport {
     TObjectFileFormat Format = TObjectFileFormat::Binary;
+    bool Readable = false;       // the file exists and could be opened
     std::int64_t BlockCount = 0; // blocks with at least one byte
     std::int64_t ByteCount = 0;  // bytes in them
-    // Why nothing, or not all, was delivered although no message was shown, and the remedy; empty
-    // when all is well. One or two sentences.
+    // Why nothing, or not all, was delivered as far as the messages do not tell, and the remedy;
+    // empty when all is well. One or two sentences.
     std::string Remark;
 };
 
