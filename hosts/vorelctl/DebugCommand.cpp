@@ -143,7 +143,9 @@ public:
     std::string_view Usage() const override { return UsageText; }
     std::string_view Summary() const override { return Command.Summary; }
     std::string_view Details() const override {
-        return "DEVICE is a name or a place on the soft chain. Each call connects anew, so on a "
+        return "DEVICE is a name or a place on the soft chain. Addresses and values are "
+               "hexadecimal,\n"
+               "counts decimal. Each call connects anew, so on a "
                "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
     }
     std::vector<TOption> Options() const override {

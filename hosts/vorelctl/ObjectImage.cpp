@@ -135,6 +135,7 @@ void WriteObjectImage(const TDebugTarget& target, const TObjectImage& image, std
                  " does not fit in the memory, which ends at " +
                  ToHex(static_cast<std::uint64_t>(size), 8) + ".");
         }
+        target.CheckBlock(address, block.Bytes.size());
     }
     ForEachPart(image, offset, "Loading", progress,
                 [&](std::int64_t address, std::span<const std::uint8_t> part) {

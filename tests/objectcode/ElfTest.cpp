@@ -1,3 +1,4 @@
+#include "ElfImage.h"
 #include "ObjectCodeFixture.h"
 #include "objectcode/Rt_BinaryFileLoader.h"
 #include "objectcode/Rt_ElfFileLoader.h"
@@ -5,58 +6,6 @@
 
 namespace vorel {
 namespace {
-
-struct TPart {
-    std::string Name;
-    std::uint32_t Type, Flags, Address;
-    std::string Data;
-    std::uint32_t Size = 0; // of the header, if not that of the data
-};
-
-// A big-endian file of these sections with a section name table in front of them.
-class TElfImage {
-public:
-    explicit TElfImage(const std::vector<TPart>& parts) : Bytes(52, '\0') {
-        std::string names(1, '\0');
-        for (const TPart& part : parts) {
-            names += part.Name + '\0';
-        }
-        std::vector<TPart> all = {{"", 3, 0, 0, names}};
-        all.insert(all.end(), parts.begin(), parts.end());
-        std::string headers;
-        std::size_t name = 0;
-        for (const TPart& part : all) {
-            const std::size_t size = part.Size != 0 ? part.Size : part.Data.size();
-            for (const std::size_t field :
-                 {part.Name.empty() ? 0 : name, std::size_t{part.Type}, std::size_t{part.Flags},
-                  std::size_t{part.Address}, Bytes.size(), size}) {
-                headers += Number(field, 4);
-            }
-            headers += std::string(16, '\0');
-            Bytes += part.Data;
-            name += part.Name.size() + 1;
-        }
-        Bytes.replace(0, 4, "\177ELF");
-        Set(32, Bytes.size(), 4);
-        Set(46, 40, 2);
-        Set(48, all.size(), 2);
-        Bytes += headers;
-    }
-    void Set(std::size_t offset, std::size_t value, std::size_t width) {
-        Bytes.replace(offset, width, Number(value, width));
-    }
-
-    std::string Bytes;
-
-private:
-    static std::string Number(std::size_t value, std::size_t width) {
-        std::string text;
-        for (std::size_t i = width; i-- > 0;) {
-            text.push_back(static_cast<char>(value >> (8 * i)));
-        }
-        return text;
-    }
-};
 
 class ElfTest : public ObjectCodeTest {
 protected:
@@ -123,7 +72,7 @@ TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
 }
 
 TEST_F(ElfTest, RefusesWhatIsNoSectionTable) {
-    const std::vector<TPart> parts = {{".text", 1, 2, 0, "ab"}};
+    const std::vector<TElfPart> parts = {{".text", 1, 2, 0, "ab"}};
     struct Case {
         std::size_t Offset, Value, Width;
     };
