@@ -223,10 +223,16 @@ void TElfFile::DeliverTo(const TByteConsumer& consumer) {
 std::int64_t TElfFile::WriteTo(TMemoryImage& image) {
     image.fill(0);
     std::int64_t maxAddress = 0;
+    std::size_t allowance = 4 * image.size();
     for (const std::uint64_t header : SelectSections(IsCode)) {
         const TSection section = SectionAt(header);
         const auto room = std::span(image).subspan(std::min<std::size_t>(section.sh_addr, 65536));
-        const auto target = room.first(std::min<std::size_t>(section.sh_size, room.size()));
+        const std::size_t length = std::min<std::size_t>(section.sh_size, room.size());
+        const auto target = room.first(std::min(length, allowance));
+        if (target.size() < length) {
+            Remark = "The sections lie on top of each other; the last of them were dropped.";
+        }
+        allowance -= target.size();
         const auto held = Part(section.Data, 0, target.size());
         std::fill(std::copy(held.begin(), held.end(), target.begin()), target.end(), 0U);
         maxAddress =

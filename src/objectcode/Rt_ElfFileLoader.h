@@ -61,8 +61,8 @@ public:
     // make more than four times the file.
     void DeliverTo(const TByteConsumer& consumer);
     // Zeroes the image and writes the loadable sections named .text (without case) into it, in
-    // order of address, one byte to a word. What lies beyond the image is dropped. Gives one above
-    // the highest address.
+    // order of address, one byte to a word. What lies beyond the image is dropped, and so are
+    // sections that together make more than four images. Gives one above the highest address.
     std::int64_t WriteTo(TMemoryImage& image);
 
     // The text at sh_name in the first string table, up to 1024 characters of it; empty outside the

@@ -59,16 +59,42 @@ TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
     EXPECT_EQ((*Image)[0xFFFF], TMemoryWord{'b'});
     EXPECT_EQ(MaxAddress, 0xFFFE + 60000);
 
-    LargestAllocation = 0;
     ASSERT_TRUE(Load(TElfImage({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}}).Bytes));
     EXPECT_EQ(Report.ByteCount, 3 + 80) << "what the file holds: the data and two headers";
     EXPECT_NE(Report.Remark, "");
 
-    elf.Set(46, 0, 2); // all headers the same, that of the string table
-    elf.Set(48, 0xFFFF, 2);
-    EXPECT_TRUE(Load(elf.Bytes));
-    EXPECT_NE(Report.Remark, "") << "nothing delivered: the user must be told";
-    EXPECT_LE(LargestAllocation, 0xFFFFU * 16) << "eight bytes for a header, and vectors double";
+    elf = TElfImage({{".text", 1, 2, 0x20, "abc"}});
+    elf.Set(elf.Bytes.size() - 40 + 16, 0xFFFFFFF0, 4); // where its data begin
+    ASSERT_TRUE(Load(elf.Bytes));
+    EXPECT_EQ(Blocks, (std::vector<TBlock>{{0x20, 3, {0, 0, 0}}}));
+}
+
+// Three ways of claiming more than a file can hold.
+TEST_F(ElfTest, AbsurdHeadersTakeNeitherMemoryNorTime) {
+    const std::string names(".text\0", 6);
+    TElfImage same({}); // 65535 times one header, whose section is named by its own data
+    same.Bytes = TElfImage({{"", 3, 2, 0, names}}).Bytes;
+    const std::size_t headers = same.Bytes.size() - 80;
+    same.Set(32, headers + 40, 4);
+    same.Set(46, 0, 2);
+    same.Set(48, 0xFFFF, 2);
+    TElfImage large = same;
+    large.Set(headers + 40 + 20, 0xFFFFFFFF, 4);
+    TElfImage beyond({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}, {".text", 8, 2, 0, "", 0xFFFFFFFF}});
+    for (const TElfImage* elf : {&same, &large, &beyond}) {
+        const std::string file = Write("a.elf", elf->Bytes);
+        std::int64_t delivered = 0;
+        const TMemoryPeak peak;
+        EXPECT_TRUE(LoadElfToConsumer(
+            Host, file,
+            [&](const TMemoryWord*, std::int64_t count, std::int64_t) { delivered += count; }));
+        EXPECT_LE(peak.Bytes(), 0x10000 * (5U + 32U)) << "a section's words, lists of headers";
+        EXPECT_GT(delivered, 0);
+        EXPECT_LE(delivered, 4 * 0x10000);
+        std::string remark;
+        EXPECT_TRUE(LoadElfToImage(Host, file, *Image, ErrorCount, MaxAddress, &remark));
+        EXPECT_EQ(remark.empty(), elf == &beyond) << "what overlaps too often is dropped";
+    }
 }
 
 TEST_F(ElfTest, RefusesWhatIsNoSectionTable) {
@@ -107,6 +133,8 @@ TEST_F(BinaryTest, TheFrontEndsChooseByExtensionThenByContent) {
     EXPECT_EQ(GetObjectFileFormat(Write("x.hexa", elf)), Elf);
     EXPECT_EQ(GetObjectFileFormat(Write("x.ihx", ":00000001FF")), Binary);
     EXPECT_EQ(GetObjectFileFormat(Missing("y.hex/none")), Binary);
+    EXPECT_FALSE(LoadObjectFile(Host, Write("elf.hex", elf), Collect()));
+    EXPECT_EQ(Host.Messages.front(), "Hex File Error : Line 1");
     EXPECT_FALSE(LoadObjectFile(Host, Missing("none"), Collect(), &Report));
     EXPECT_TRUE(Host.Messages.empty());
     EXPECT_EQ(Report.Remark, "The file does not exist.");
@@ -118,6 +146,24 @@ TEST_F(BinaryTest, LoadsBytesAsOneBlock) {
     EXPECT_TRUE(Load(""));
     EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 0, {}}}));
     EXPECT_NE(Report.Remark, "");
+}
+
+TEST_F(BinaryTest, AFileThatEndsBeforeItsSizeIsAnError) {
+    // The kernel gives its settings a size that they do not fill.
+    const std::string file = "/sys/kernel/mm/transparent_hugepage/enabled";
+    if (GetFileSize64(file) < 64) {
+        GTEST_SKIP() << "there is no " << file;
+    }
+    const std::vector<std::string> messages = {
+        "Errors Found When Loading Bin File: enabled\r\r    Number of Errors: 1"};
+    EXPECT_FALSE(LoadBinToConsumer(Host, file, Collect()));
+    EXPECT_TRUE(Blocks.empty());
+    EXPECT_EQ(Host.Messages, messages);
+    Host.Messages.clear();
+    EXPECT_FALSE(LoadBinToImage(Host, file, *Image, 4, ErrorCount, MaxAddress));
+    EXPECT_EQ(Host.Messages, messages);
+    EXPECT_EQ(ErrorCount, 1);
+    EXPECT_GT(MaxAddress, 0) << "the words that came";
 }
 
 TEST_F(BinaryTest, PutsWordsOfEachSizeIntoAnImage) {

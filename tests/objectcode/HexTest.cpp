@@ -153,16 +153,39 @@ TEST_F(HexTest, PutsWordsOfEachSizeIntoAnImage) {
 
 TEST_F(HexTest, AFileCutAnywhereHasOneBadLineAtMost) {
     const std::string text = HexLine(4, 0, {1, 2}) + HexLine(0, 0x10, TBytes(32, 7)) + End;
-    LargestAllocation = 0;
     for (std::size_t size = 0; size < text.size(); ++size) {
         const std::string cut = text.substr(0, size);
         const bool atLineEnd = size == 0 || text[size] == '\n' || cut.back() == '\n';
+        const auto line = 1 + std::count(cut.begin(), cut.end(), '\n');
+        const std::vector<std::string> messages = {
+            "Hex File Error : Line " + std::to_string(line),
+            "Errors Found When Loading Hex File: a.hex\r\r     Lines With Errors: 1"};
         EXPECT_EQ(Load(cut), atLineEnd) << size;
         EXPECT_EQ(Blocks.size(), atLineEnd ? 1U : 0U) << size;
+        EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
         EXPECT_EQ(LoadImage(cut, 1), atLineEnd) << size;
         EXPECT_EQ(ErrorCount, atLineEnd ? 0 : 1) << size;
+        EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
     }
-    EXPECT_LE(LargestAllocation, 0x50000U) << "the buffer of a segment";
+}
+
+// Records refer to the text; there is one buffer of a segment, and one of its words.
+TEST_F(HexTest, MemoryStaysInProportionToTheFile) {
+    std::string shortest;
+    std::string bad;
+    std::string segments;
+    for (int i = 0; i < 100000; ++i) {
+        shortest += ":00000000\n";
+        bad += "\n";
+        segments += i < 1000 ? HexLine(4, 0, {1, 2}) + HexLine(0, 0xFFFF, TBytes(255, 1)) : "";
+    }
+    const TBlockConsumer ignore = [](const TMemoryWord*, std::int64_t, std::int64_t) {};
+    for (const std::string& text : {shortest, bad, segments}) {
+        const std::string file = Write("a.hex", text);
+        const TMemoryPeak peak;
+        LoadHexToConsumer(Host, file, ignore);
+        EXPECT_LE(peak.Bytes(), 6 * text.size() + 6 * 66048) << text.substr(0, 10);
+    }
 }
 
 // A memory whose location A holds A * 3 + 0xABCD00.

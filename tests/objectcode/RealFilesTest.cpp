@@ -51,9 +51,15 @@ protected:
     }
 
     std::filesystem::path Data = ObjectCodeData();
-    std::vector<TExpectedFile> Expected = ReadExpectedFiles(Data);
+    const std::vector<TExpectedFile>& Expected = AllFiles();
     json HexFacts;
     TObjectFileReport Report;
+
+private:
+    static const std::vector<TExpectedFile>& AllFiles() {
+        static const std::vector<TExpectedFile> files = ReadExpectedFiles(ObjectCodeData());
+        return files;
+    }
 };
 
 TEST_F(RealFilesTest, EveryFileGivesItsBlocksAndMessages) {
