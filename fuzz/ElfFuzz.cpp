@@ -1,4 +1,4 @@
-// Any bytes as an ELF file: sections into blocks and into an image. Both ends of each
+// Any bytes as an ELF file: sections into blocks, into an image and as a dump. Both ends of each
 // block are read, and all blocks together stay in proportion to the file.
 #include "objectcode/Rt_ElfFileLoader.h"
 #include "support/NeutralHost.h"
@@ -25,6 +25,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         static_cast<void>(ends);
     });
     if (total > 4 * std::max<std::size_t>(size, 65536) || file.WriteTo(*image) < 0) {
+        std::abort();
+    }
+    std::size_t dumped = 0;
+    file.Dump([&](const std::string& text) { dumped += text.size(); });
+    // A line of 48 characters for four bytes, and a head with a name for each section.
+    if (dumped > 12 * 4 * std::max<std::size_t>(size, 65536) + 65535 * 1400) {
         std::abort();
     }
     return 0;

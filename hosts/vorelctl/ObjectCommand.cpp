@@ -3,6 +3,8 @@
 #include "hosts/vorelctl/Knowledge.h"
 #include "hosts/vorelctl/Listing.h"
 #include "hosts/vorelctl/ObjectImage.h"
+#include "objectcode/ObjectCodeFile.h"
+#include "objectcode/Rt_ElfFileLoader.h"
 #include "support/NeutralHost.h"
 #include "support/Text.h"
 
@@ -51,6 +53,13 @@ public:
     }
 
     std::vector<std::string> Messages;
+};
+
+class TConsoleHost final : public TPlainHost {
+public:
+    TConsoleHost() : TPlainHost(TInstallation::OfThisProgram(), TUserFolders::OfThisUser()) {
+        OnMessage = [](const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); };
+    }
 };
 
 std::string Sha256Of(const std::uint8_t* bytes, std::size_t count) {
@@ -108,10 +117,25 @@ TListing ForPeople(const TLoadedFile& file) {
     return listing;
 }
 
+ExitStatus DumpSections(const std::string& fileName) {
+    TConsoleHost host;
+    TElfFile file(host, fileName);
+    if (const std::string obstacle = WhyUnreadable(fileName); !obstacle.empty()) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault, fileName + ": " + obstacle);
+    }
+    if (!file.Read()) {
+        throw ECommandFailure(ExitStatus::NothingFound,
+                              fileName + " gives no sections." +
+                                  (file.GetRemark().empty() ? "" : " " + file.GetRemark()));
+    }
+    file.Dump([](const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); });
+    return ExitStatus::Ok;
+}
+
 class TObjectCommand final : public ICommand {
 public:
     std::string_view Name() const override { return "object"; }
-    std::string_view Usage() const override { return "FILE [--json]"; }
+    std::string_view Usage() const override { return "FILE [--json | --dump]"; }
     std::string_view Summary() const override {
         return "say what an object code file would put into a memory";
     }
@@ -127,7 +151,9 @@ public:
                "Exit status: 0 blocks were delivered, 1 the file is broken or delivers nothing,\n"
                "3 it cannot be read.";
     }
-    std::vector<TOption> Options() const override { return {JsonOption}; }
+    std::vector<TOption> Options() const override {
+        return {JsonOption, {"--dump", "", "print the loadable sections of an ELF file instead"}};
+    }
     ExitStatus Run(const TArguments& arguments) const override;
 };
 
@@ -139,15 +165,17 @@ ExitStatus StatusOf(const TLoadedFile& file) {
 }
 
 ExitStatus TObjectCommand::Run(const TArguments& arguments) const {
-    const std::string& name = NeedWords(arguments, 1, "object FILE [--json]").front();
+    const std::string& name = NeedWords(arguments, 1, "object FILE [--json | --dump]").front();
+    if (arguments.Has("--dump")) {
+        return DumpSections(name);
+    }
     if (arguments.Has("--json")) {
         TMessageKeeper host;
         const TLoadedFile file = LoadFile(host, name);
         PrintListing(ForPrograms(file, host.Messages), true);
         return StatusOf(file);
     }
-    TPlainHost host(TInstallation::OfThisProgram(), TUserFolders::OfThisUser());
-    host.OnMessage = [](const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); };
+    TConsoleHost host;
     const TLoadedFile file = LoadFile(host, name);
     CheckDelivery(host, name, file.Loaded, file.Report);
     PrintListing(ForPeople(file), false);

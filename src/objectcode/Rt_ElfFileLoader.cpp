@@ -173,6 +173,12 @@ std::vector<std::uint64_t> TElfFile::SelectSections(TNameTest test) {
     return selected;
 }
 
+// Sections of a sane file do not overlap; headers that all point at the same bytes must not
+// multiply the file.
+std::uint64_t TElfFile::Allowance() const noexcept {
+    return 4 * std::max<std::uint64_t>(Stream.Size, SmallSection);
+}
+
 std::uint64_t TElfFile::LengthToLoad(const TSection& section, std::uint64_t allowance) {
     const std::uint64_t largest = std::max<std::uint64_t>(Stream.Size, SmallSection);
     if (section.sh_size <= largest && section.sh_size <= allowance) {
@@ -199,9 +205,7 @@ void TElfFile::RemarkOnNothing(TNameTest test) {
 }
 
 void TElfFile::DeliverTo(const TByteConsumer& consumer) {
-    // Sections of a sane file do not overlap; headers that all point at the same bytes must not
-    // multiply the file.
-    std::uint64_t allowance = 4 * std::max<std::uint64_t>(Stream.Size, SmallSection);
+    std::uint64_t allowance = Allowance();
     std::vector<std::uint8_t> padded;
     for (const std::uint64_t header : SelectSections(IsCodeOrConstants)) {
         const TSection section = SectionAt(header);

@@ -13,6 +13,7 @@
 #include "vorel/Host.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -65,6 +66,12 @@ public:
     // sections that together make more than four images. Gives one above the highest address.
     std::int64_t WriteTo(TMemoryImage& image);
 
+    // For people: name, type, flags, address and size of each loadable section, in order of
+    // address, and its bytes, four to a line; what lies behind its end in the last line as 0. Lines
+    // end with CR LF. Cut as in DeliverTo.
+    using TTextConsumer = std::function<void(const std::string& text)>;
+    void Dump(const TTextConsumer& write);
+
     // The text at sh_name in the first string table, up to 1024 characters of it; empty outside the
     // table or without one.
     std::string_view GetName(const TSection& section) const noexcept;
@@ -82,6 +89,7 @@ private:
     bool ReadSectionTable();
     TSection SectionAt(std::uint64_t header) const noexcept;
     std::vector<std::uint64_t> SelectSections(TNameTest test);
+    std::uint64_t Allowance() const noexcept;
     std::uint64_t LengthToLoad(const TSection& section, std::uint64_t allowance);
     void RemarkOnNothing(TNameTest test);
     void RemarkOnKind();

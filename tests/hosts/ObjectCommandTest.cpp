@@ -83,6 +83,17 @@ TEST_F(ObjectFiles, ArePrintedForPeople) {
                                           Sha256Of("data") + "\n");
 }
 
+TEST_F(ObjectFiles, ShowTheirSectionsUnderTheNamesThatAreRead) {
+    const std::string file = Write("a.elf", TElfImage(Sections, SymbolNames).Bytes);
+    EXPECT_THAT(Told("object --dump " + file),
+                AllOf(HasSubstr("0 Name=\"start\"\r\n  Type    =SHT_PROGBITS\r\n"),
+                      HasSubstr("00000108: 00000064 00000061 00000074 00000061 \r\n")));
+    const std::string hex = Write("a.hex", ":00000001FF\n");
+    EXPECT_EQ(Told("object --dump " + hex),
+              "1 Error: a.hex is not an ELF file\nvorelctl: " + hex + " gives no sections.\n");
+    EXPECT_EQ(Run("object --dump " + (Folder / "none")).ExitStatus, 3);
+}
+
 TEST_F(ObjectFiles, WithSymbolsTellWhyTheyDeliverNothing) {
     const std::string elf = TElfImage(Sections, SymbolNames).Bytes;
     std::vector<std::string> files{Write("a.elf", elf), Write("b.o", elf)};

@@ -69,6 +69,37 @@ TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
     EXPECT_EQ(Blocks, (std::vector<TBlock>{{0x20, 3, {0, 0, 0}}}));
 }
 
+TEST_F(ElfTest, DumpsItsLoadableSections) {
+    const TElfImage elf({{".data", 1, 0x7F7, 0xFFFFFFFC, "\1\2\3\xFF\5"},
+                         {"odd", 13, 2, 0x10, "a"},
+                         {".bss", 8, 3, 0x20, "", 4},
+                         {"none", 2, 2, 0, "not loadable"}});
+    std::string text;
+    TElfFile file(Host, Write("a.elf", elf.Bytes));
+    ASSERT_TRUE(file.Read());
+    file.Dump([&](const std::string& part) { text += part; });
+    EXPECT_EQ(text, "Name=\"odd\"\r\n"
+                    "  Type    =UNKNOWN     \r\n"
+                    "  Flags   =SHF_ALLOC, \r\n"
+                    "  VA_Start=00000010\r\n"
+                    "  Size    =00000001\r\n\r\n"
+                    "00000010: 00000061 00000000 00000000 00000000 \r\n\r\n\r\n"
+                    "Name=\".bss\"\r\n"
+                    "  Type    =SHT_NOBITS  \r\n"
+                    "  Flags   =SHF_WRITE, SHF_ALLOC, \r\n"
+                    "  VA_Start=00000020\r\n"
+                    "  Size    =00000004\r\n\r\n"
+                    "00000020: 00000000 00000000 00000000 00000000 \r\n\r\n\r\n"
+                    "Name=\".data\"\r\n"
+                    "  Type    =SHT_PROGBITS\r\n"
+                    "  Flags   =SHF_WRITE, SHF_ALLOC, SHF_EXECINSTR, SHF_MERGE, SHF_STRINGS, "
+                    "SHF_INFO_LINK, SHF_LINK_ORDER, SHF_OS_NONCONFORMING, SHF_GROUP, SHF_TLS, \r\n"
+                    "  VA_Start=FFFFFFFC\r\n"
+                    "  Size    =00000005\r\n\r\n"
+                    "FFFFFFFC: 00000001 00000002 00000003 000000FF \r\n"
+                    "00000000: 00000005 00000000 00000000 00000000 \r\n\r\n\r\n");
+}
+
 // Three ways of claiming more than a file can hold.
 TEST_F(ElfTest, AbsurdHeadersTakeNeitherMemoryNorTime) {
     const std::string names(".text\0", 6);
