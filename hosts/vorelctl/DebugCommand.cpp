@@ -182,8 +182,17 @@ ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
     words.insert(words.end(), plainEnd, given.end());
     TSession session(arguments);
     TDebugTarget target(session, given[0]);
-    Print(TDebugger(session.Client(), target, ShowProgress)
-              .Execute(std::string(Command.Name), words));
+    try {
+        Print(TDebugger(session.Client(), target, ShowProgress)
+                  .Execute(std::string(Command.Name), words));
+    } catch (const ECommandFailure& failure) {
+        if (failure.GetExitStatus() != ExitStatus::WrongUsage) {
+            throw;
+        }
+        throw ECommandFailure(ExitStatus::WrongUsage,
+                              std::string(failure.what()) + "\nusage: vorelctl " +
+                                  std::string(Command.Name) + " " + UsageText);
+    }
     return ExitStatus::Ok;
 }
 
