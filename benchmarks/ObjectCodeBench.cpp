@@ -6,15 +6,22 @@
 #include "support/Text.h"
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <sys/resource.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 namespace vorel {
 namespace {
 
 constexpr std::uint32_t DataSize = 8U << 20U;
+
+// Large pieces of memory come fresh from the system each time, as in the first load of a program.
+const int FreshMemory = mallopt(M_MMAP_THRESHOLD, 65536);
 
 std::uint8_t DataAt(std::uint32_t index) {
     return static_cast<std::uint8_t>((index * 2654435761U) >> 24U);
@@ -81,48 +88,102 @@ std::string WriteOnce(const char* name, std::string (*make)()) {
     return (folder / name).string();
 }
 
-void Load(benchmark::State& state, const std::string& file) {
-    TNeutralHost host;
-    TObjectFileReport report;
+std::string HexFile() {
+    static const std::string file = WriteOnce("bench.hex", HexText);
+    return file;
+}
+
+std::string ElfFile() {
+    static const std::string file = WriteOnce("bench.elf", ElfBytes);
+    return file;
+}
+
+long PageFaults() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_minflt;
+}
+
+// Runs `work` as often as asked; counts the pages that it touches for the first time.
+template<class Work>
+void Measure(benchmark::State& state, Work work) {
+    const long before = PageFaults();
     for (auto _ : state) {
-        std::uint64_t sum = 0;
-        LoadObjectFile(
-            host, file,
-            [&](const TMemoryWord* words, std::int64_t count, std::int64_t) {
-                sum += words[0] + words[count - 1];
-            },
-            &report);
-        benchmark::DoNotOptimize(sum);
+        work();
     }
-    if (report.WordCount != DataSize) {
+    state.counters["page_faults"] = benchmark::Counter(static_cast<double>(PageFaults() - before),
+                                                       benchmark::Counter::kAvgIterations);
+    state.SetBytesProcessed(state.iterations() * std::int64_t{DataSize});
+}
+
+void CheckReport(benchmark::State& state, const TObjectFileReport& report) {
+    if (report.ByteCount != DataSize) {
         state.SkipWithError("the file was not delivered as a whole");
     }
-    state.SetBytesProcessed(state.iterations() * std::int64_t{DataSize});
     state.counters["blocks"] = static_cast<double>(report.BlockCount);
 }
 
+template<class Item>
+void LookAt(const Item* items, std::int64_t count, std::int64_t /*address*/) {
+    benchmark::DoNotOptimize(items[0] + items[count - 1]);
+}
+
+void LoadWords(benchmark::State& state, const std::string& file) {
+    TNeutralHost host;
+    TObjectFileReport report;
+    Measure(state, [&] { LoadObjectFile(host, file, LookAt<TMemoryWord>, &report); });
+    CheckReport(state, report);
+}
+
+void LoadBytes(benchmark::State& state, const std::string& file) {
+    TNeutralHost host;
+    TObjectFileReport report;
+    Measure(state, [&] { LoadObjectFileAsBytes(host, file, LookAt<std::uint8_t>, &report); });
+    CheckReport(state, report);
+}
+
 void LoadHex(benchmark::State& state) {
-    static const std::string file = WriteOnce("bench.hex", HexText);
-    Load(state, file);
+    LoadWords(state, HexFile());
 }
 BENCHMARK(LoadHex)->Unit(benchmark::kMillisecond);
 
+void LoadHexAsBytes(benchmark::State& state) {
+    LoadBytes(state, HexFile());
+}
+BENCHMARK(LoadHexAsBytes)->Unit(benchmark::kMillisecond);
+
 void LoadElf(benchmark::State& state) {
-    static const std::string file = WriteOnce("bench.elf", ElfBytes);
-    Load(state, file);
+    LoadWords(state, ElfFile());
 }
 BENCHMARK(LoadElf)->Unit(benchmark::kMillisecond);
 
-void ReadWholeFile(benchmark::State& state) {
-    static const std::string file = WriteOnce("bench.elf", ElfBytes);
-    for (auto _ : state) {
-        std::string bytes(std::filesystem::file_size(file), '\0');
+void LoadElfAsBytes(benchmark::State& state) {
+    LoadBytes(state, ElfFile());
+}
+BENCHMARK(LoadElfAsBytes)->Unit(benchmark::kMillisecond);
+
+// What loading is measured against: the file into fresh memory, with nothing done to it.
+void ReadByStream(benchmark::State& state) {
+    const std::string file = ElfFile();
+    Measure(state, [&] {
+        std::vector<char> bytes(std::filesystem::file_size(file));
         std::ifstream(file, std::ios::binary)
             .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         benchmark::DoNotOptimize(bytes.data());
-    }
+    });
 }
-BENCHMARK(ReadWholeFile)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByStream)->Unit(benchmark::kMillisecond);
+
+void ReadByStdio(benchmark::State& state) {
+    const std::string file = ElfFile();
+    Measure(state, [&] {
+        std::vector<char> bytes(std::filesystem::file_size(file));
+        std::FILE* const stream = std::fopen(file.c_str(), "rb");
+        benchmark::DoNotOptimize(std::fread(bytes.data(), 1, bytes.size(), stream));
+        std::fclose(stream);
+    });
+}
+BENCHMARK(ReadByStdio)->Unit(benchmark::kMillisecond);
 
 void AllTmsPaths(benchmark::State& state) {
     for (auto _ : state) {

@@ -37,6 +37,17 @@ std::string ReadValue(const std::filesystem::path& path, const WideText& section
     return ReadIni(path).Read(ToUtf8(section), ToUtf8(key), ToUtf8(fallback));
 }
 
+// A box breaks lines at any CR; on a terminal that would write one line over the other.
+std::string AsLines(std::string_view text) {
+    std::string lines;
+    for (const std::string& line : SplitLines(text)) {
+        if (!line.empty()) {
+            lines += (lines.empty() ? "" : "\n") + line;
+        }
+    }
+    return lines;
+}
+
 } // namespace
 
 TInstallation TInstallation::OfThisProgram() {
@@ -107,7 +118,7 @@ Status TPlainHost::ShowMessageBox(MessageBoxKind kind, const WideText& caption,
                                   const WideText& text, MessageBoxAnswer& answer) noexcept {
     const Status status = Guard([&] {
         if (OnMessage) {
-            OnMessage((caption.empty() ? "" : ToUtf8(caption) + ": ") + ToUtf8(text));
+            OnMessage((caption.empty() ? "" : ToUtf8(caption) + ": ") + AsLines(ToUtf8(text)));
         }
     });
     TNeutralHost::ShowMessageBox(kind, caption, text, answer);

@@ -35,6 +35,7 @@ std::vector<const ICommand*> SingleDebugCommands();
 const ICommand& ScanCommand();
 const ICommand& ServeCommand();
 const ICommand& BsdlCommand();
+const ICommand& ObjectCommand();
 const ICommand& PinsCommand();
 const ICommand& VendorsCommand();
 const ICommand& FamiliesCommand();

@@ -140,7 +140,9 @@ public:
     std::string_view Usage() const override { return UsageText; }
     std::string_view Summary() const override { return Command.Summary; }
     std::string_view Details() const override {
-        return "DEVICE is a name or a place on the soft chain. Each call connects anew, so on a "
+        return "DEVICE is a name or a place on the soft chain. Addresses and values are "
+               "hexadecimal,\n"
+               "counts decimal. Each call connects anew, so on a "
                "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
     }
     std::vector<TOption> Options() const override {
@@ -177,8 +179,17 @@ ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
     words.insert(words.end(), plainEnd, given.end());
     TSession session(arguments);
     TDebugTarget target(session, given[0]);
-    Print(TDebugger(session.Client(), target, ShowProgress)
-              .Execute(std::string(Command.Name), words));
+    try {
+        Print(TDebugger(session.Client(), target, ShowProgress)
+                  .Execute(std::string(Command.Name), words));
+    } catch (const ECommandFailure& failure) {
+        if (failure.GetExitStatus() != ExitStatus::WrongUsage) {
+            throw;
+        }
+        throw ECommandFailure(ExitStatus::WrongUsage,
+                              std::string(failure.what()) + "\nusage: vorelctl " +
+                                  std::string(Command.Name) + " " + UsageText);
+    }
     return ExitStatus::Ok;
 }
 

@@ -44,6 +44,8 @@ public:
     // be multiples of a location's bytes.
     std::vector<std::uint8_t> ReadBytes(std::int64_t address, std::size_t count) const;
     void WriteBytes(std::int64_t address, std::span<const std::uint8_t> bytes) const;
+    // ECommandFailure when `count` bytes at `address` are outside the memory or not its locations.
+    void CheckBlock(std::int64_t address, std::size_t count) const;
     // Bytes of a location: 1, 2 or 4.
     std::size_t LocationBytes() const;
     std::int64_t MemoryBytes() const;
@@ -59,7 +61,6 @@ public:
 
 private:
     bool Choose(IJTagChannel& chain, const std::string& device);
-    void CheckBlock(std::int64_t address, std::size_t count) const;
 
     TSession& Session;
     IJTagPort* Port = nullptr;

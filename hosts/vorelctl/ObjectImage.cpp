@@ -1,12 +1,10 @@
 #include "hosts/vorelctl/ObjectImage.h"
 
-#include "objectcode/Rt_ObjectFileLoader.h"
 #include "support/Text.h"
 
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -21,7 +19,7 @@ constexpr std::size_t RowBytes = 16;
     throw ECommandFailure(ExitStatus::NothingFound, text);
 }
 
-void Append(TObjectImage& image, const TMemoryWord* words, std::int64_t count,
+void Append(TObjectImage& image, const std::uint8_t* bytes, std::int64_t count,
             std::int64_t address) {
     if (count < 1) {
         return;
@@ -33,9 +31,8 @@ void Append(TObjectImage& image, const TMemoryWord* words, std::int64_t count,
     if (!follows) {
         blocks.push_back({address, {}});
     }
-    std::vector<std::uint8_t>& bytes = blocks.back().Bytes;
-    std::transform(words, words + count, std::back_inserter(bytes),
-                   [](TMemoryWord word) { return static_cast<std::uint8_t>(word); });
+    std::vector<std::uint8_t>& held = blocks.back().Bytes;
+    held.insert(held.end(), bytes, bytes + count);
 }
 
 // Calls `work` with the parts of all blocks: address, and the bytes of the part.
@@ -99,19 +96,31 @@ std::size_t TObjectImage::ByteCount() const noexcept {
         [](std::size_t sum, const TBlock& block) { return sum + block.Bytes.size(); });
 }
 
+void CheckDelivery(IHostClient& host, const std::string& fileName, bool loaded,
+                   const TObjectFileReport& report) {
+    if (!report.Readable) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault, fileName + ": " + report.Remark);
+    }
+    if (!loaded) {
+        Fail(fileName + " was not loaded." + (report.Remark.empty() ? "" : " " + report.Remark));
+    }
+    if (report.BlockCount == 0) {
+        Fail(fileName + " delivers nothing. " + report.Remark);
+    }
+    if (!report.Remark.empty()) {
+        MessageBoxAnswer answer{};
+        host.ShowMessageBox(MessageBoxKind::Warning, u"Warning", ToWide(report.Remark), answer);
+    }
+}
+
 TObjectImage ReadObjectImage(IHostClient& host, const std::string& fileName) {
     TObjectImage image;
     TObjectFileReport report;
-    const auto take = [&](const TMemoryWord* words, std::int64_t count, std::int64_t address) {
-        Append(image, words, count, address);
+    const auto take = [&](const std::uint8_t* bytes, std::int64_t count, std::int64_t address) {
+        Append(image, bytes, count, address);
     };
-    const bool loaded = LoadObjectFile(host, fileName, take, &report);
-    if (!loaded) {
-        Fail(fileName + " was not loaded. " + report.Remark);
-    }
-    if (image.Blocks.empty()) {
-        Fail(fileName + " delivers nothing. " + report.Remark);
-    }
+    const bool loaded = LoadObjectFileAsBytes(host, fileName, take, &report);
+    CheckDelivery(host, fileName, loaded, report);
     return image;
 }
 
@@ -126,6 +135,7 @@ void WriteObjectImage(const TDebugTarget& target, const TObjectImage& image, std
                  " does not fit in the memory, which ends at " +
                  ToHex(static_cast<std::uint64_t>(size), 8) + ".");
         }
+        target.CheckBlock(address, block.Bytes.size());
     }
     ForEachPart(image, offset, "Loading", progress,
                 [&](std::int64_t address, std::span<const std::uint8_t> part) {

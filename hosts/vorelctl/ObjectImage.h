@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosts/vorelctl/DebugTarget.h"
+#include "objectcode/Rt_ObjectFileLoader.h"
 #include "vorel/Host.h"
 
 #include <cstdint>
@@ -23,9 +24,14 @@ struct TObjectImage {
 
 using TProgress = std::function<void(const std::string&)>;
 
+// Ends a command whose file did not load or delivered nothing: ECommandFailure says why and what
+// helps, with EnvironmentFault for a file that cannot be read. A remark on a file that delivered
+// something becomes a warning.
+void CheckDelivery(IHostClient& host, const std::string& fileName, bool loaded,
+                   const TObjectFileReport& report);
+
 // Reads Intel Hex (by the extension .hex), ELF or binary. The reader's messages go to the host.
-// ECommandFailure when the file does not load or delivers nothing; the text says why and what
-// helps.
+// ECommandFailure as CheckDelivery.
 TObjectImage ReadObjectImage(IHostClient& host, const std::string& fileName);
 
 // All blocks, `offset` added to their addresses. Nothing is written when one of them does not fit.

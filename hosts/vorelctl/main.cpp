@@ -13,7 +13,8 @@ const std::vector<const ICommand*>& AllCommands() {
         std::vector<const ICommand*> list{&ScanCommand(),    &PinsCommand(),     &BsdlCommand(),
                                           &VendorsCommand(), &FamiliesCommand(), &DevicesCommand(),
                                           &DeviceCommand(),  &IdCommand(),       &MappingCommand(),
-                                          &CacheCommand(),   &ServeCommand(),    &DebugCommand()};
+                                          &CacheCommand(),   &ServeCommand(),    &ObjectCommand(),
+                                          &DebugCommand()};
         const std::vector<const ICommand*> single = SingleDebugCommands();
         list.insert(list.end(), single.begin(), single.end());
         return list;

@@ -3,8 +3,10 @@
 #include "support/Text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 namespace vorel {
 
@@ -30,6 +32,27 @@ std::ifstream OpenAtEnd(std::string_view fileName) {
 bool ObjectFileExists(std::string_view fileName) {
     std::error_code error;
     return std::filesystem::is_regular_file(PathOf(fileName), error);
+}
+
+std::string WhyUnreadable(std::string_view fileName) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(PathOf(fileName), error);
+    switch (status.type()) {
+    case std::filesystem::file_type::not_found:
+        return "The file does not exist.";
+    case std::filesystem::file_type::directory:
+        return "This is a folder.";
+    case std::filesystem::file_type::regular:
+        break;
+    default:
+        return error ? "The file cannot be reached: " + error.message() + "."
+                     : "This is no regular file.";
+    }
+    errno = 0;
+    if (OpenAtEnd(fileName).is_open()) {
+        return {};
+    }
+    return "The file cannot be opened: " + std::generic_category().message(errno) + ".";
 }
 
 std::int64_t GetFileSize64(std::string_view fileName) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace vorel {
@@ -21,6 +22,9 @@ struct TFileBytes {
 
 // A regular file has this name (UTF-8). Folders, pipes and devices are not object code.
 bool ObjectFileExists(std::string_view fileName);
+
+// Why the file cannot be read, as a sentence; empty when it can be opened.
+std::string WhyUnreadable(std::string_view fileName);
 
 // The file's size in bytes, counted by opening it for shared reading; -1 when that fails.
 std::int64_t GetFileSize64(std::string_view fileName);

@@ -47,14 +47,19 @@ bool LoadBinBytes(IHostClient& host, const std::string& fileName, TMemoryWords& 
 
 bool LoadBinToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer) {
-    TMemoryWords words;
-    std::int64_t count = 0;
-    std::int32_t errorCount = 0;
-    const bool good = LoadBinBytes(host, fileName, words, count, errorCount);
-    if (good && consumer) {
-        consumer(words.data(), count, 0);
+    return LoadBinAsBytes(host, fileName, AsWords(consumer));
+}
+
+bool LoadBinAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer) {
+    if (!ObjectFileExists(fileName)) {
+        return false;
     }
-    return good;
+    std::int32_t errorCount = 0;
+    const TFileBytes file = ReadBytes(host, fileName, GetFileSize64(fileName), errorCount);
+    if (errorCount == 0 && consumer) {
+        consumer(file.Bytes.get(), static_cast<std::int64_t>(file.Size), 0);
+    }
+    return errorCount == 0;
 }
 
 bool LoadBinToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,

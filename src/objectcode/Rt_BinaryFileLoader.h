@@ -19,6 +19,7 @@ bool LoadBinBytes(IHostClient& host, const std::string& fileName, TMemoryWords& 
 // LoadBinBytes; nothing is delivered on failure or without a consumer.
 bool LoadBinToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer);
+bool LoadBinAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer);
 
 // Zeroes the image and fills it with words of `wordSize` bytes, lowest first; other sizes than 1 to
 // 4 give words of 0. `count` is the number of words in the file, also where they lie beyond the

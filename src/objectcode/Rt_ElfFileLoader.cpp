@@ -10,6 +10,8 @@ namespace vorel {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> Magic{127, 'E', 'L', 'F'};
+constexpr std::uint8_t Class32 = 1;
+constexpr std::uint8_t BigEndian = 2;
 constexpr std::uint32_t SHT_STRTAB = 3;
 constexpr std::uint32_t SHT_NOBITS = 8;
 constexpr std::uint32_t SHF_ALLOC = 2;
@@ -91,6 +93,7 @@ TSection TElfFile::SectionAt(std::uint64_t header) const noexcept {
 
 bool TElfFile::Read() {
     Sections.clear();
+    Remark.clear();
     StringTable = {};
     NamesByIndex = {};
     if (!HaveContents) {
@@ -107,9 +110,22 @@ bool TElfFile::Read() {
     }
     if (!ReadSectionTable()) {
         ShowError(Host, name + " is not an valid ELF file");
+        RemarkOnKind();
         return false;
     }
     return true;
+}
+
+void TElfFile::RemarkOnKind() {
+    const auto kind = Part(Stream.View(), 4, 2);
+    if (kind.size() == 2 && (kind[0] != Class32 || kind[1] != BigEndian)) {
+        Remark = "Only 32-bit big-endian ELF files are read, and this one is " +
+                 std::string(kind[0] == Class32 ? "32-bit" : "64-bit") +
+                 (kind[1] == BigEndian ? " big-endian." : " little-endian.") +
+                 " Convert it to Intel Hex (objcopy -O ihex).";
+    } else {
+        Remark = "Its section table is empty or lies beyond the end of the file.";
+    }
 }
 
 bool TElfFile::ReadSectionTable() {
@@ -157,6 +173,12 @@ std::vector<std::uint64_t> TElfFile::SelectSections(TNameTest test) {
     return selected;
 }
 
+// Sections of a sane file do not overlap; headers that all point at the same bytes must not
+// multiply the file.
+std::uint64_t TElfFile::Allowance() const noexcept {
+    return 4 * std::max<std::uint64_t>(Stream.Size, SmallSection);
+}
+
 std::uint64_t TElfFile::LengthToLoad(const TSection& section, std::uint64_t allowance) {
     const std::uint64_t largest = std::max<std::uint64_t>(Stream.Size, SmallSection);
     if (section.sh_size <= largest && section.sh_size <= allowance) {
@@ -176,17 +198,15 @@ void TElfFile::RemarkOnNothing(TNameTest test) {
         });
     Remark = namesElsewhere
                  ? "The file's section names are not in its first string table, which holds the "
-                   "names of its symbols, so no section was recognised. Strip the file, or convert "
-                   "it to Intel Hex."
+                   "names of its symbols, so no section was recognised. Strip the file (strip), or "
+                   "convert it to Intel Hex (objcopy -O ihex)."
                  : "The file has no loadable section with a name of program code. Convert it to "
-                   "Intel Hex to load it as a whole.";
+                   "Intel Hex to load it as a whole (objcopy -O ihex).";
 }
 
-void TElfFile::DeliverTo(const TBlockConsumer& consumer) {
-    // Sections of a sane file do not overlap; headers that all point at the same bytes must not
-    // multiply the file.
-    std::uint64_t allowance = 4 * std::max<std::uint64_t>(Stream.Size, SmallSection);
-    TMemoryWords words;
+void TElfFile::DeliverTo(const TByteConsumer& consumer) {
+    std::uint64_t allowance = Allowance();
+    std::vector<std::uint8_t> padded;
     for (const std::uint64_t header : SelectSections(IsCodeOrConstants)) {
         const TSection section = SectionAt(header);
         const std::uint64_t length = LengthToLoad(section, allowance);
@@ -194,20 +214,29 @@ void TElfFile::DeliverTo(const TBlockConsumer& consumer) {
             continue;
         }
         allowance -= length;
-        const auto held = Part(section.Data, 0, length);
-        words.assign(held.begin(), held.end());
-        words.resize(length);
-        consumer(words.data(), static_cast<std::int64_t>(length), section.sh_addr);
+        auto held = Part(section.Data, 0, length);
+        if (held.size() < length) {
+            padded.assign(held.begin(), held.end());
+            padded.resize(length);
+            held = padded;
+        }
+        consumer(held.data(), static_cast<std::int64_t>(length), section.sh_addr);
     }
 }
 
 std::int64_t TElfFile::WriteTo(TMemoryImage& image) {
     image.fill(0);
     std::int64_t maxAddress = 0;
+    std::size_t allowance = 4 * image.size();
     for (const std::uint64_t header : SelectSections(IsCode)) {
         const TSection section = SectionAt(header);
         const auto room = std::span(image).subspan(std::min<std::size_t>(section.sh_addr, 65536));
-        const auto target = room.first(std::min<std::size_t>(section.sh_size, room.size()));
+        const std::size_t length = std::min<std::size_t>(section.sh_size, room.size());
+        const auto target = room.first(std::min(length, allowance));
+        if (target.size() < length) {
+            Remark = "The sections lie on top of each other; the last of them were dropped.";
+        }
+        allowance -= target.size();
         const auto held = Part(section.Data, 0, target.size());
         std::fill(std::copy(held.begin(), held.end(), target.begin()), target.end(), 0U);
         maxAddress =
@@ -237,6 +266,11 @@ void TakeRemark(const TElfFile& file, std::string* remark) {
 
 bool LoadElfToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer, std::string* remark) {
+    return LoadElfAsBytes(host, fileName, AsWords(consumer), remark);
+}
+
+bool LoadElfAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer,
+                    std::string* remark) {
     TElfFile file(host, fileName);
     const bool good = ReadOrShow(file, host, fileName);
     if (good) {

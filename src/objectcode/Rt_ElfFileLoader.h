@@ -13,6 +13,7 @@
 #include "vorel/Host.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -54,22 +55,29 @@ public:
     // if it is no ELF file, or if the table is empty or goes beyond the file.
     bool Read();
 
-    // One block for each loadable section named .text... or .rodata..., in order of address, one
-    // byte to a word. Nothing without a consumer. What the file does not hold of a section comes as
-    // zeros; a section that claims more than the whole file (and more than 64 KiB) is cut to what
-    // the file holds, and so are sections that together make more than four times the file.
-    void DeliverTo(const TBlockConsumer& consumer);
+    // One block for each loadable section named .text... or .rodata..., in order of address. Bytes
+    // that the file holds are handed out where they stand. Nothing without a consumer. What the
+    // file does not hold of a section comes as zeros; a section that claims more than the whole
+    // file (and more than 64 KiB) is cut to what the file holds, and so are sections that together
+    // make more than four times the file.
+    void DeliverTo(const TByteConsumer& consumer);
     // Zeroes the image and writes the loadable sections named .text (without case) into it, in
-    // order of address, one byte to a word. What lies beyond the image is dropped. Gives one above
-    // the highest address.
+    // order of address, one byte to a word. What lies beyond the image is dropped, and so are
+    // sections that together make more than four images. Gives one above the highest address.
     std::int64_t WriteTo(TMemoryImage& image);
+
+    // For people: name, type, flags, address and size of each loadable section, in order of
+    // address, and its bytes, four to a line; what lies behind its end in the last line as 0. Lines
+    // end with CR LF. Cut as in DeliverTo.
+    using TTextConsumer = std::function<void(const std::string& text)>;
+    void Dump(const TTextConsumer& write);
 
     // The text at sh_name in the first string table, up to 1024 characters of it; empty outside the
     // table or without one.
     std::string_view GetName(const TSection& section) const noexcept;
 
-    // After DeliverTo or WriteTo: why nothing, or less than the headers say, came out, and what can
-    // be done; empty when all is well.
+    // Why the table was not read, and after DeliverTo or WriteTo: why nothing, or less than the
+    // headers say, came out, and what can be done; empty when all is well.
     const std::string& GetRemark() const noexcept { return Remark; }
 
 private:
@@ -81,8 +89,10 @@ private:
     bool ReadSectionTable();
     TSection SectionAt(std::uint64_t header) const noexcept;
     std::vector<std::uint64_t> SelectSections(TNameTest test);
+    std::uint64_t Allowance() const noexcept;
     std::uint64_t LengthToLoad(const TSection& section, std::uint64_t allowance);
     void RemarkOnNothing(TNameTest test);
+    void RemarkOnKind();
 
     IHostClient& Host;
     std::string FileName;
@@ -98,6 +108,8 @@ private:
 // false after a message. The image way always has an error count of 0.
 bool LoadElfToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer, std::string* remark = nullptr);
+bool LoadElfAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer,
+                    std::string* remark = nullptr);
 bool LoadElfToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,
                     std::int32_t& errorCount, std::int64_t& maxAddress,
                     std::string* remark = nullptr);

@@ -93,17 +93,17 @@ private:
 // The data of one run of records. There is room for the last line of a segment to run over its end.
 class TSegment {
 public:
-    TSegment() : Words(65536 + 512) {}
+    TSegment() : Bytes(65536 + 512) {}
 
     void Add(const THexRecord& record) {
-        record.CopyTo(Words.data() + record.Address);
+        record.CopyTo(Bytes.data() + record.Address);
         MaxAddress = std::max<std::int32_t>(MaxAddress, record.Address + record.ByteCount);
         MinOffset = std::min<std::int32_t>(MinOffset, record.Address);
     }
 
     void Restart(std::uint32_t base) {
         if (MinOffset < MaxAddress) {
-            std::fill(Words.begin() + MinOffset, Words.begin() + MaxAddress, 0U);
+            std::fill(Bytes.begin() + MinOffset, Bytes.begin() + MaxAddress, std::uint8_t{0});
         }
         Base = base;
         MaxAddress = 0;
@@ -112,14 +112,14 @@ public:
 
     bool IsEmpty() const noexcept { return MaxAddress == 0; }
 
-    void Deliver(const TBlockConsumer& consumer) const {
+    void Deliver(const TByteConsumer& consumer) const {
         const std::int64_t count = std::int64_t{MaxAddress} - MinOffset;
-        const TMemoryWord* const first = Words.data() + (count > 0 ? MinOffset : 0);
+        const std::uint8_t* const first = Bytes.data() + (count > 0 ? MinOffset : 0);
         consumer(first, count, std::int64_t{Base} + MinOffset);
     }
 
 private:
-    TMemoryWords Words;
+    std::vector<std::uint8_t> Bytes;
     std::uint32_t Base = 0;
     std::int32_t MaxAddress = 0;
     std::int32_t MinOffset = std::numeric_limits<std::int32_t>::max();
@@ -153,9 +153,9 @@ bool THexRecord::Parse(std::span<std::uint8_t> line) {
     return Checksum == 0;
 }
 
-void THexRecord::CopyTo(TMemoryWord* words) const noexcept {
-    TMemoryWord* const behind = std::copy(Data, Data + Stored, words);
-    std::fill(behind, words + ByteCount, 0U);
+void THexRecord::CopyTo(std::uint8_t* bytes) const noexcept {
+    std::uint8_t* const behind = std::copy(Data, Data + Stored, bytes);
+    std::fill(behind, bytes + ByteCount, std::uint8_t{0});
 }
 
 THexLoader::THexLoader(IHostClient& host, std::string fileName)
@@ -243,7 +243,7 @@ bool THexLoader::LoadToImage(TMemoryImage& image, std::uint32_t wordSize) {
     return good;
 }
 
-void THexLoader::DeliverSegments(const THexRecords& list, const TBlockConsumer& consumer) const {
+void THexLoader::DeliverSegments(const THexRecords& list, const TByteConsumer& consumer) const {
     TSegment segment;
     for (const THexRecord& record : list) {
         if (record.RecordType == THexRecord::DataRecord) {
@@ -259,7 +259,7 @@ void THexLoader::DeliverSegments(const THexRecords& list, const TBlockConsumer& 
     segment.Deliver(consumer);
 }
 
-bool THexLoader::LoadToConsumer(const TBlockConsumer& consumer) {
+bool THexLoader::LoadToConsumer(const TByteConsumer& consumer) {
     if (!consumer) {
         return false;
     }
@@ -284,6 +284,10 @@ bool LoadHexToImage(IHostClient& host, const std::string& fileName, TMemoryImage
 
 bool LoadHexToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer) {
+    return LoadHexAsBytes(host, fileName, AsWords(consumer));
+}
+
+bool LoadHexAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer) {
     return THexLoader(host, fileName).LoadToConsumer(consumer);
 }
 

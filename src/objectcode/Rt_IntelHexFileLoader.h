@@ -32,8 +32,8 @@ public:
     std::uint8_t DataAt(std::size_t index) const noexcept {
         return index < Stored ? Data[index] : std::uint8_t{0};
     }
-    // Writes the data, one byte to a word, ByteCount words.
-    void CopyTo(TMemoryWord* words) const noexcept;
+    // Writes the data: ByteCount bytes.
+    void CopyTo(std::uint8_t* bytes) const noexcept;
 
     std::uint8_t ByteCount = 0;
     std::uint16_t Address = 0;
@@ -70,7 +70,7 @@ public:
     // lowest to its highest address, gaps as zeros. Nothing is delivered if any line is bad or
     // without a consumer, which gives false. The last block is delivered whatever it holds: without
     // data it has a count below 1.
-    bool LoadToConsumer(const TBlockConsumer& consumer);
+    bool LoadToConsumer(const TByteConsumer& consumer);
 
     // Lines that failed.
     std::int32_t ErrorCount = 0;
@@ -81,7 +81,7 @@ public:
 private:
     bool TakeLines();
     void WriteToImage(const THexRecord& record, TMemoryImage& image, std::uint32_t wordSize);
-    void DeliverSegments(const THexRecords& list, const TBlockConsumer& consumer) const;
+    void DeliverSegments(const THexRecords& list, const TByteConsumer& consumer) const;
     void ShowFailure() const;
 
     IHostClient& Host;
@@ -90,10 +90,11 @@ private:
     bool HaveLines = false;
 };
 
-// The two ways of loading in one call, with the results of THexLoader.
+// The ways of loading in one call, with the results of THexLoader.
 bool LoadHexToImage(IHostClient& host, const std::string& fileName, TMemoryImage& image,
                     std::uint32_t wordSize, std::int32_t& errorCount, std::int64_t& maxAddress);
 bool LoadHexToConsumer(IHostClient& host, const std::string& fileName,
                        const TBlockConsumer& consumer);
+bool LoadHexAsBytes(IHostClient& host, const std::string& fileName, const TByteConsumer& consumer);
 
 } // namespace vorel

@@ -19,20 +19,16 @@ std::string_view ExtensionOf(std::string_view fileName) {
 }
 
 bool LoadAs(TObjectFileFormat format, IHostClient& host, const std::string& fileName,
-            const TBlockConsumer& consumer, std::string& remark) {
+            const TByteConsumer& consumer, std::string& remark) {
     switch (format) {
     case TObjectFileFormat::IntelHex:
-        return LoadHexToConsumer(host, fileName, consumer);
+        return LoadHexAsBytes(host, fileName, consumer);
     case TObjectFileFormat::Elf:
-        return LoadElfToConsumer(host, fileName, consumer, &remark);
+        return LoadElfAsBytes(host, fileName, consumer, &remark);
     case TObjectFileFormat::Binary:
         break;
     }
-    return LoadBinToConsumer(host, fileName, consumer);
-}
-
-std::string RemarkOnFailure(const std::string& fileName) {
-    return ObjectFileExists(fileName) ? std::string{} : "The file does not exist.";
+    return LoadBinAsBytes(host, fileName, consumer);
 }
 
 } // namespace
@@ -46,24 +42,31 @@ TObjectFileFormat GetObjectFileFormat(const std::string& fileName) {
 
 bool LoadObjectFile(IHostClient& host, const std::string& fileName, const TBlockConsumer& consumer,
                     TObjectFileReport* report) {
+    return LoadObjectFileAsBytes(host, fileName, AsWords(consumer), report);
+}
+
+bool LoadObjectFileAsBytes(IHostClient& host, const std::string& fileName,
+                           const TByteConsumer& consumer, TObjectFileReport* report) {
     TObjectFileReport unused;
     TObjectFileReport& result = report != nullptr ? *report : unused;
     result = {};
     result.Format = GetObjectFileFormat(fileName);
-    TBlockConsumer counting;
+    TByteConsumer counting;
     if (consumer) {
-        counting = [&](const TMemoryWord* words, std::int64_t count, std::int64_t address) {
+        counting = [&](const std::uint8_t* bytes, std::int64_t count, std::int64_t address) {
             if (count > 0) {
                 ++result.BlockCount;
-                result.WordCount += count;
+                result.ByteCount += count;
             }
-            consumer(words, count, address);
+            consumer(bytes, count, address);
         };
     }
     const bool good = LoadAs(result.Format, host, fileName, counting, result.Remark);
-    if (!good) {
-        result.Remark = RemarkOnFailure(fileName);
-    } else if (result.BlockCount == 0 && result.Remark.empty()) {
+    const std::string obstacle = result.BlockCount == 0 ? WhyUnreadable(fileName) : "";
+    result.Readable = obstacle.empty();
+    if (!result.Readable) {
+        result.Remark = obstacle;
+    } else if (good && result.BlockCount == 0 && result.Remark.empty()) {
         result.Remark = "The file holds no data.";
     }
     return good;

@@ -19,10 +19,11 @@ TObjectFileFormat GetObjectFileFormat(const std::string& fileName);
 // nothing.
 struct TObjectFileReport {
     TObjectFileFormat Format = TObjectFileFormat::Binary;
-    std::int64_t BlockCount = 0; // blocks with at least one word
-    std::int64_t WordCount = 0;  // words in them
-    // Why nothing, or not all, was delivered although no message was shown, and the remedy; empty
-    // when all is well. One or two sentences.
+    bool Readable = false;       // the file exists and could be opened
+    std::int64_t BlockCount = 0; // blocks with at least one byte
+    std::int64_t ByteCount = 0;  // bytes in them
+    // Why nothing, or not all, was delivered as far as the messages do not tell, and the remedy;
+    // empty when all is well. One or two sentences.
     std::string Remark;
 };
 
@@ -31,6 +32,9 @@ struct TObjectFileReport {
 // passed on as well.
 bool LoadObjectFile(IHostClient& host, const std::string& fileName, const TBlockConsumer& consumer,
                     TObjectFileReport* report = nullptr);
+// The same as bytes, for who has no use for words.
+bool LoadObjectFileAsBytes(IHostClient& host, const std::string& fileName,
+                           const TByteConsumer& consumer, TObjectFileReport* report = nullptr);
 
 // Fills the image as LoadHexToImage, LoadElfToImage or LoadBinToImage do. `maxAddress` is the
 // latter's count.

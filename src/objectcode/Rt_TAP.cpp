@@ -28,7 +28,7 @@ std::string PathTo(TTapState fromState, TTapState toState, const TReachedTable& 
 } // namespace
 
 std::string FindTmsPath(TTapState fromState, TTapState toState) {
-    if (fromState == toState || static_cast<std::size_t>(fromState) >= TapStateCount) {
+    if (fromState == toState) {
         return {};
     }
     // Breadth first with TMS 0 before 1: a state is first reached by the shortest path that sorts

@@ -142,7 +142,7 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         {"0", "mem FFFFF 2", "The memory ends at 00100000."},
         {"0", "mem 0 --write 100", "\"100\" does not fit in 8 bits."},
         {"0", "mem 0 --width 12", "--width is 8, 16 or 32."},
-        {"0", "load " + folder + "none.hex", "none.hex was not loaded."},
+        {"0", "load " + folder + "none.hex", "none.hex: The file does not exist."},
         {"0", "load " + folder + "bad.bin", "bad.bin delivers nothing."},
         {"0", "break add 10\nbreak add 0\nbreak list", "00000000\n00000010\n"},
         {"0", "break remove 10", "There is no breakpoint at 00000010."},

@@ -1,3 +1,4 @@
+#include "ElfImage.h"
 #include "ObjectCodeFixture.h"
 #include "objectcode/Rt_BinaryFileLoader.h"
 #include "objectcode/Rt_ElfFileLoader.h"
@@ -5,58 +6,6 @@
 
 namespace vorel {
 namespace {
-
-struct TPart {
-    std::string Name;
-    std::uint32_t Type, Flags, Address;
-    std::string Data;
-    std::uint32_t Size = 0; // of the header, if not that of the data
-};
-
-// A big-endian file of these sections with a section name table in front of them.
-class TElfImage {
-public:
-    explicit TElfImage(const std::vector<TPart>& parts) : Bytes(52, '\0') {
-        std::string names(1, '\0');
-        for (const TPart& part : parts) {
-            names += part.Name + '\0';
-        }
-        std::vector<TPart> all = {{"", 3, 0, 0, names}};
-        all.insert(all.end(), parts.begin(), parts.end());
-        std::string headers;
-        std::size_t name = 0;
-        for (const TPart& part : all) {
-            const std::size_t size = part.Size != 0 ? part.Size : part.Data.size();
-            for (const std::size_t field :
-                 {part.Name.empty() ? 0 : name, std::size_t{part.Type}, std::size_t{part.Flags},
-                  std::size_t{part.Address}, Bytes.size(), size}) {
-                headers += Number(field, 4);
-            }
-            headers += std::string(16, '\0');
-            Bytes += part.Data;
-            name += part.Name.size() + 1;
-        }
-        Bytes.replace(0, 4, "\177ELF");
-        Set(32, Bytes.size(), 4);
-        Set(46, 40, 2);
-        Set(48, all.size(), 2);
-        Bytes += headers;
-    }
-    void Set(std::size_t offset, std::size_t value, std::size_t width) {
-        Bytes.replace(offset, width, Number(value, width));
-    }
-
-    std::string Bytes;
-
-private:
-    static std::string Number(std::size_t value, std::size_t width) {
-        std::string text;
-        for (std::size_t i = width; i-- > 0;) {
-            text.push_back(static_cast<char>(value >> (8 * i)));
-        }
-        return text;
-    }
-};
 
 class ElfTest : public ObjectCodeTest {
 protected:
@@ -85,7 +34,7 @@ TEST_F(ElfTest, DeliversCodeAndConstantsInOrderOfAddress) {
                                            {0x40, 3, {0, 0, 0}},
                                            {0x80000000, 2, {'c', 'd'}}}));
     EXPECT_EQ(Report.BlockCount, 4);
-    EXPECT_EQ(Report.WordCount, 8);
+    EXPECT_EQ(Report.ByteCount, 8);
     EXPECT_EQ(Report.Remark, "");
 
     Image->fill(0xDEAD);
@@ -110,20 +59,77 @@ TEST_F(ElfTest, ASectionBeyondTheFileIsZerosWithinReason) {
     EXPECT_EQ((*Image)[0xFFFF], TMemoryWord{'b'});
     EXPECT_EQ(MaxAddress, 0xFFFE + 60000);
 
-    LargestAllocation = 0;
     ASSERT_TRUE(Load(TElfImage({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}}).Bytes));
-    EXPECT_EQ(Report.WordCount, 3 + 80) << "what the file holds: the data and two headers";
+    EXPECT_EQ(Report.ByteCount, 3 + 80) << "what the file holds: the data and two headers";
     EXPECT_NE(Report.Remark, "");
 
-    elf.Set(46, 0, 2); // all headers the same, that of the string table
-    elf.Set(48, 0xFFFF, 2);
-    EXPECT_TRUE(Load(elf.Bytes));
-    EXPECT_NE(Report.Remark, "") << "nothing delivered: the user must be told";
-    EXPECT_LE(LargestAllocation, 0xFFFFU * 16) << "eight bytes for a header, and vectors double";
+    elf = TElfImage({{".text", 1, 2, 0x20, "abc"}});
+    elf.Set(elf.Bytes.size() - 40 + 16, 0xFFFFFFF0, 4); // where its data begin
+    ASSERT_TRUE(Load(elf.Bytes));
+    EXPECT_EQ(Blocks, (std::vector<TBlock>{{0x20, 3, {0, 0, 0}}}));
+}
+
+TEST_F(ElfTest, DumpsItsLoadableSections) {
+    const TElfImage elf({{".data", 1, 0x7F7, 0xFFFFFFFC, "\1\2\3\xFF\5"},
+                         {"odd", 13, 2, 0x10, "a"},
+                         {".bss", 8, 3, 0x20, "", 4},
+                         {"none", 2, 2, 0, "not loadable"}});
+    std::string text;
+    TElfFile file(Host, Write("a.elf", elf.Bytes));
+    ASSERT_TRUE(file.Read());
+    file.Dump([&](const std::string& part) { text += part; });
+    EXPECT_EQ(text, "Name=\"odd\"\r\n"
+                    "  Type    =UNKNOWN     \r\n"
+                    "  Flags   =SHF_ALLOC, \r\n"
+                    "  VA_Start=00000010\r\n"
+                    "  Size    =00000001\r\n\r\n"
+                    "00000010: 00000061 00000000 00000000 00000000 \r\n\r\n\r\n"
+                    "Name=\".bss\"\r\n"
+                    "  Type    =SHT_NOBITS  \r\n"
+                    "  Flags   =SHF_WRITE, SHF_ALLOC, \r\n"
+                    "  VA_Start=00000020\r\n"
+                    "  Size    =00000004\r\n\r\n"
+                    "00000020: 00000000 00000000 00000000 00000000 \r\n\r\n\r\n"
+                    "Name=\".data\"\r\n"
+                    "  Type    =SHT_PROGBITS\r\n"
+                    "  Flags   =SHF_WRITE, SHF_ALLOC, SHF_EXECINSTR, SHF_MERGE, SHF_STRINGS, "
+                    "SHF_INFO_LINK, SHF_LINK_ORDER, SHF_OS_NONCONFORMING, SHF_GROUP, SHF_TLS, \r\n"
+                    "  VA_Start=FFFFFFFC\r\n"
+                    "  Size    =00000005\r\n\r\n"
+                    "FFFFFFFC: 00000001 00000002 00000003 000000FF \r\n"
+                    "00000000: 00000005 00000000 00000000 00000000 \r\n\r\n\r\n");
+}
+
+// Three ways of claiming more than a file can hold.
+TEST_F(ElfTest, AbsurdHeadersTakeNeitherMemoryNorTime) {
+    const std::string names(".text\0", 6);
+    TElfImage same({}); // 65535 times one header, whose section is named by its own data
+    same.Bytes = TElfImage({{"", 3, 2, 0, names}}).Bytes;
+    const std::size_t headers = same.Bytes.size() - 80;
+    same.Set(32, headers + 40, 4);
+    same.Set(46, 0, 2);
+    same.Set(48, 0xFFFF, 2);
+    TElfImage large = same;
+    large.Set(headers + 40 + 20, 0xFFFFFFFF, 4);
+    TElfImage beyond({{".text", 1, 2, 0, "abc", 0xFFFFFFFF}, {".text", 8, 2, 0, "", 0xFFFFFFFF}});
+    for (const TElfImage* elf : {&same, &large, &beyond}) {
+        const std::string file = Write("a.elf", elf->Bytes);
+        std::int64_t delivered = 0;
+        const TMemoryPeak peak;
+        EXPECT_TRUE(LoadElfToConsumer(
+            Host, file,
+            [&](const TMemoryWord*, std::int64_t count, std::int64_t) { delivered += count; }));
+        EXPECT_LE(peak.Bytes(), 0x10000 * (5U + 32U)) << "a section's words, lists of headers";
+        EXPECT_GT(delivered, 0);
+        EXPECT_LE(delivered, 4 * 0x10000);
+        std::string remark;
+        EXPECT_TRUE(LoadElfToImage(Host, file, *Image, ErrorCount, MaxAddress, &remark));
+        EXPECT_EQ(remark.empty(), elf == &beyond) << "what overlaps too often is dropped";
+    }
 }
 
 TEST_F(ElfTest, RefusesWhatIsNoSectionTable) {
-    const std::vector<TPart> parts = {{".text", 1, 2, 0, "ab"}};
+    const std::vector<TElfPart> parts = {{".text", 1, 2, 0, "ab"}};
     struct Case {
         std::size_t Offset, Value, Width;
     };
@@ -158,6 +164,8 @@ TEST_F(BinaryTest, TheFrontEndsChooseByExtensionThenByContent) {
     EXPECT_EQ(GetObjectFileFormat(Write("x.hexa", elf)), Elf);
     EXPECT_EQ(GetObjectFileFormat(Write("x.ihx", ":00000001FF")), Binary);
     EXPECT_EQ(GetObjectFileFormat(Missing("y.hex/none")), Binary);
+    EXPECT_FALSE(LoadObjectFile(Host, Write("elf.hex", elf), Collect()));
+    EXPECT_EQ(Host.Messages.front(), "Hex File Error : Line 1");
     EXPECT_FALSE(LoadObjectFile(Host, Missing("none"), Collect(), &Report));
     EXPECT_TRUE(Host.Messages.empty());
     EXPECT_EQ(Report.Remark, "The file does not exist.");
@@ -169,6 +177,24 @@ TEST_F(BinaryTest, LoadsBytesAsOneBlock) {
     EXPECT_TRUE(Load(""));
     EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 0, {}}}));
     EXPECT_NE(Report.Remark, "");
+}
+
+TEST_F(BinaryTest, AFileThatEndsBeforeItsSizeIsAnError) {
+    // The kernel gives its settings a size that they do not fill.
+    const std::string file = "/sys/kernel/mm/transparent_hugepage/enabled";
+    if (GetFileSize64(file) < 64) {
+        GTEST_SKIP() << "there is no " << file;
+    }
+    const std::vector<std::string> messages = {
+        "Errors Found When Loading Bin File: enabled\r\r    Number of Errors: 1"};
+    EXPECT_FALSE(LoadBinToConsumer(Host, file, Collect()));
+    EXPECT_TRUE(Blocks.empty());
+    EXPECT_EQ(Host.Messages, messages);
+    Host.Messages.clear();
+    EXPECT_FALSE(LoadBinToImage(Host, file, *Image, 4, ErrorCount, MaxAddress));
+    EXPECT_EQ(Host.Messages, messages);
+    EXPECT_EQ(ErrorCount, 1);
+    EXPECT_GT(MaxAddress, 0) << "the words that came";
 }
 
 TEST_F(BinaryTest, PutsWordsOfEachSizeIntoAnImage) {

@@ -1,28 +1,14 @@
+#include "HexLine.h"
 #include "ObjectCodeFixture.h"
 #include "objectcode/Rt_IntelHexFileLoader.h"
 #include "objectcode/Rt_IntelHexFileSaver.h"
 #include "support/Errors.h"
-
-#include <numeric>
 
 namespace vorel {
 namespace {
 
 constexpr std::int64_t NoOffset = 0x7FFFFFFF;
 const std::string End = ":00000001FF\n";
-
-// A record with its right checksum.
-std::string Line(unsigned type, unsigned address, const TBytes& data) {
-    TBytes bytes{static_cast<std::uint8_t>(data.size()), static_cast<std::uint8_t>(address >> 8U),
-                 static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(type)};
-    bytes.insert(bytes.end(), data.begin(), data.end());
-    bytes.push_back(static_cast<std::uint8_t>(-std::accumulate(bytes.begin(), bytes.end(), 0)));
-    std::string text = ":";
-    for (const std::uint8_t byte : bytes) {
-        text += ToHex(byte, 2);
-    }
-    return text + "\n";
-}
 
 class HexTest : public ObjectCodeTest {
 protected:
@@ -67,10 +53,11 @@ TEST(HexRecord, TakesALineByColumns) {
 }
 
 TEST_F(HexTest, DeliversOneBlockForEachRunOfDataRecords) {
-    const std::string base = Line(4, 0, {0x90, 0x01});
-    EXPECT_TRUE(Load(Line(0, 0x104, {7, 8}) + Line(3, 0, {9, 9, 9, 9}) + Line(0, 0x100, {1}) +
-                     base + Line(2, 0, {0x10, 0}) + Line(0, 2, {5}) + base + Line(4, 0, {}) +
-                     Line(0, 0, {}) + End + Line(0, 0xFFFF, TBytes(16, 3))));
+    const std::string base = HexLine(4, 0, {0x90, 0x01});
+    EXPECT_TRUE(Load(HexLine(0, 0x104, {7, 8}) + HexLine(3, 0, {9, 9, 9, 9}) +
+                     HexLine(0, 0x100, {1}) + base + HexLine(2, 0, {0x10, 0}) + HexLine(0, 2, {5}) +
+                     base + HexLine(4, 0, {}) + HexLine(0, 0, {}) + End +
+                     HexLine(0, 0xFFFF, TBytes(16, 3))));
     ASSERT_EQ(Blocks.size(), 3U);
     EXPECT_EQ(Blocks[0], (TBlock{0x100, 6, {1, 0, 0, 0, 7, 8}}));
     EXPECT_EQ(Blocks[1], (TBlock{0x90010002, 1, {5}}));
@@ -82,8 +69,8 @@ TEST_F(HexTest, DeliversOneBlockForEachRunOfDataRecords) {
 }
 
 TEST_F(HexTest, ASegmentStartsAsZerosAndLaterRecordsWin) {
-    EXPECT_TRUE(Load(Line(0, 0, TBytes(64, 0xAA)) + Line(4, 0, {0, 1}) + Line(0, 0, {1, 2, 3, 4}) +
-                     Line(0, 1, {9}) + Line(0, 6, {7}) + End));
+    EXPECT_TRUE(Load(HexLine(0, 0, TBytes(64, 0xAA)) + HexLine(4, 0, {0, 1}) +
+                     HexLine(0, 0, {1, 2, 3, 4}) + HexLine(0, 1, {9}) + HexLine(0, 6, {7}) + End));
     ASSERT_EQ(Blocks.size(), 2U);
     EXPECT_EQ(Blocks[1], (TBlock{0x10000, 7, {1, 9, 3, 4, 0, 0, 7}}));
 }
@@ -97,8 +84,8 @@ TEST_F(HexTest, TheLastBlockComesWhateverItHolds) {
 }
 
 TEST_F(HexTest, LinesEndWithAnyLineEnd) {
-    const std::string a = Line(0, 0, {1});
-    const std::string b = Line(0, 1, {2});
+    const std::string a = HexLine(0, 0, {1});
+    const std::string b = HexLine(0, 1, {2});
     for (const char* end : {"\n", "\r\n", "\r"}) {
         std::string text = a.substr(0, a.size() - 1) + end + b.substr(0, b.size() - 1) + end;
         EXPECT_TRUE(Load(text)) << int{*end};
@@ -112,7 +99,8 @@ TEST_F(HexTest, LinesEndWithAnyLineEnd) {
 TEST_F(HexTest, TellsTheFirstBadLineAndDeliversNothing) {
     std::string text;
     for (unsigned i = 1; i <= 8; ++i) {
-        text += i == 3 || i == 7 ? ":0100000000FE\n" : Line(0, i, {static_cast<std::uint8_t>(i)});
+        text +=
+            i == 3 || i == 7 ? ":0100000000FE\n" : HexLine(0, i, {static_cast<std::uint8_t>(i)});
     }
     const std::vector<std::string> messages = {
         "Hex File Error : Line 3",
@@ -141,7 +129,7 @@ TEST_F(HexTest, PutsWordsOfEachSizeIntoAnImage) {
         TMemoryWords Words;
         std::int64_t MaxAddress;
     };
-    const std::string text = Line(4, 0, {0, 1}) + Line(0, 0x41, {1, 2, 3, 4, 5, 6, 7}) + End;
+    const std::string text = HexLine(4, 0, {0, 1}) + HexLine(0, 0x41, {1, 2, 3, 4, 5, 6, 7}) + End;
     const Case cases[] = {
         {1, 0x41, {1, 2, 3, 4, 5, 6, 7, 0}, 0x48},
         {2, 0x41, {0x201, 0x403, 0x605, 0}, 0x44},
@@ -158,23 +146,46 @@ TEST_F(HexTest, PutsWordsOfEachSizeIntoAnImage) {
         EXPECT_EQ(MaxAddress, c.MaxAddress) << c.WordSize;
         EXPECT_EQ((*Image)[0], 0U) << "not zeroed";
     }
-    EXPECT_TRUE(LoadImage(Line(0, 0xFFFE, {1, 2, 3, 4}), 1)) << "beyond the image";
+    EXPECT_TRUE(LoadImage(HexLine(0, 0xFFFE, {1, 2, 3, 4}), 1)) << "beyond the image";
     EXPECT_EQ((*Image)[0xFFFF], 2U);
     EXPECT_EQ(MaxAddress, 0x10002);
 }
 
 TEST_F(HexTest, AFileCutAnywhereHasOneBadLineAtMost) {
-    const std::string text = Line(4, 0, {1, 2}) + Line(0, 0x10, TBytes(32, 7)) + End;
-    LargestAllocation = 0;
+    const std::string text = HexLine(4, 0, {1, 2}) + HexLine(0, 0x10, TBytes(32, 7)) + End;
     for (std::size_t size = 0; size < text.size(); ++size) {
         const std::string cut = text.substr(0, size);
         const bool atLineEnd = size == 0 || text[size] == '\n' || cut.back() == '\n';
+        const auto line = 1 + std::count(cut.begin(), cut.end(), '\n');
+        const std::vector<std::string> messages = {
+            "Hex File Error : Line " + std::to_string(line),
+            "Errors Found When Loading Hex File: a.hex\r\r     Lines With Errors: 1"};
         EXPECT_EQ(Load(cut), atLineEnd) << size;
         EXPECT_EQ(Blocks.size(), atLineEnd ? 1U : 0U) << size;
+        EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
         EXPECT_EQ(LoadImage(cut, 1), atLineEnd) << size;
         EXPECT_EQ(ErrorCount, atLineEnd ? 0 : 1) << size;
+        EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
     }
-    EXPECT_LE(LargestAllocation, 0x50000U) << "the buffer of a segment";
+}
+
+// Records refer to the text; there is one buffer of a segment, and one of its words.
+TEST_F(HexTest, MemoryStaysInProportionToTheFile) {
+    std::string shortest;
+    std::string bad;
+    std::string segments;
+    for (int i = 0; i < 100000; ++i) {
+        shortest += ":00000000\n";
+        bad += "\n";
+        segments += i < 1000 ? HexLine(4, 0, {1, 2}) + HexLine(0, 0xFFFF, TBytes(255, 1)) : "";
+    }
+    const TBlockConsumer ignore = [](const TMemoryWord*, std::int64_t, std::int64_t) {};
+    for (const std::string& text : {shortest, bad, segments}) {
+        const std::string file = Write("a.hex", text);
+        const TMemoryPeak peak;
+        LoadHexToConsumer(Host, file, ignore);
+        EXPECT_LE(peak.Bytes(), 6 * text.size() + 6 * 66048) << text.substr(0, 10);
+    }
 }
 
 // A memory whose location A holds A * 3 + 0xABCD00.

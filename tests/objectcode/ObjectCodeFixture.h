@@ -43,8 +43,16 @@ public:
     int WaitCursors = 0;
 };
 
-// The largest piece of memory that any code of the test program has taken since it was set to 0.
-extern std::size_t LargestAllocation;
+// The most memory that the test program has held at once since this was made, beyond what it held
+// then. One at a time.
+class TMemoryPeak {
+public:
+    TMemoryPeak();
+    std::size_t Bytes() const noexcept;
+
+private:
+    std::size_t Before;
+};
 
 struct TBlock {
     std::int64_t Address;

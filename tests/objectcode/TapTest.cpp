@@ -73,6 +73,8 @@ TEST(FindTmsPath, GivesTheKnownWays) {
         EXPECT_EQ(FindTmsPath(c.From, c.To), c.Path);
     }
     EXPECT_EQ(FindTmsPath(static_cast<TTapState>(99), IDLE), "");
+    EXPECT_EQ(FindTmsPath(static_cast<TTapState>(99), UNDEFINED), "0") << "any clock leads there";
+    EXPECT_EQ(FindTmsPath(IDLE, static_cast<TTapState>(17)), "");
     EXPECT_EQ(FindTmsPath(static_cast<TTapState>(-1), IDLE), "");
 }
 
