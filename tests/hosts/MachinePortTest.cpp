@@ -1,5 +1,6 @@
 // The machine's own parallel port from end to end: the library as a host loads it, and vorelctl,
 // reach an emulated kernel port through the port library of the installation.
+#include "hosts/RunProgram.h"
 #include "hosts/kit/Hardware.h"
 #include "hosts/kit/LibraryLoader.h"
 #include "hosts/kit/PlainHost.h"
@@ -113,6 +114,16 @@ TEST_F(MachinePort, ScansAChainThroughTheLoadedLibrary) {
     EXPECT_EQ(count, 0);
     library.Unload();
     SetHostClient(nullptr);
+}
+
+TEST_F(MachinePort, IsSaidToBeBusyWhileSomebodyElseUsesIt) {
+    Port.AttachOtherDriver(true);
+    const TRun run =
+        RunProgram(VOREL_TREE "/System/vorelctl", Root.string(), "scan --usb", Root.string());
+    EXPECT_EQ(run.ExitStatus, 1);
+    EXPECT_NE(run.Output.find("Port 0: Parallel-Port\n  Failed. Detecting: the port is in use"),
+              std::string::npos)
+        << run.Output;
 }
 
 TEST_F(MachinePort, IsFreeAgainWhenASignalEndsAScan) {
