@@ -23,6 +23,7 @@ public:
     TEmulatedPort& operator=(const TEmulatedPort&) = delete;
     ~TEmulatedPort();
 
+    UMockdevTestbed* GetTestbed() const noexcept { return Testbed; }
     // A driver of the kernel, as for printers, is on the port.
     void AttachOtherDriver(bool attached);
 

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <fstream>
+#include <string>
 
 namespace vorel {
 namespace {
@@ -67,6 +69,13 @@ TEST_F(Ppdev, ABusyOrUnclaimedPortFailsWithItsReason) {
     IParallelPort* beyond = port;
     EXPECT_EQ(Library.Manager()->GetPort(1, beyond), StatusOk);
     EXPECT_EQ(beyond, nullptr);
+}
+
+TEST_F(Ppdev, FilesWithoutAPortOfTheKernelAreNoPorts) {
+    gchar* root = umockdev_testbed_get_root_dir(Emulated.GetTestbed());
+    std::ofstream(std::string(root) + "/dev/parport1") << "left over";
+    g_free(root);
+    EXPECT_NE(Port(), nullptr) << "and counts one";
 }
 
 TEST_F(Ppdev, KnowsTheCableByItsLoopAndPutsTheDataBack) {
