@@ -31,7 +31,7 @@ namespace fs = std::filesystem;
 // An installation of its own with one board file: each register access takes a while here.
 class MachinePort : public testing::Test {
 protected:
-    MachinePort() {
+    void SetUp() override {
         fs::create_directories(Root / "System");
         fs::copy(VOREL_TREE "/System/PlainHardChain.JTGBRD", Root / "System");
         fs::create_symlink(VOREL_TREE "/System/ParallelPortManager.so",
@@ -39,7 +39,7 @@ protected:
         AddDevice(Chain, 0x1140'D093);
         Cable.Connect(PlainWiring(), Chain);
     }
-    ~MachinePort() override { fs::remove_all(Root); }
+    void TearDown() override { fs::remove_all(Root); }
 
     // Whether it comes true before anybody would wait longer.
     static bool Becomes(const std::function<bool()>& condition) {
