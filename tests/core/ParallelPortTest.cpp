@@ -191,6 +191,22 @@ TEST_F(ParallelPort, ReadsAnIdWith160Accesses) {
     hard.DoUnlock();
 }
 
+TEST_F(ParallelPort, TriesTheBoardFoundLastFirstUnlessASearchIsForced) {
+    WriteBoard("01234567"); // costs a scan of the board chain each time it is tried
+    WriteCable();
+    LoadPort();
+    const auto writesOfDetection = [&](Bool32 force) {
+        const int before = Cable.Writes;
+        Bool32 found = False32;
+        EXPECT_EQ(Port->Detect(force, found), StatusOk);
+        EXPECT_EQ(found, True32);
+        return Cable.Writes - before;
+    };
+    const int search = writesOfDetection(False32);
+    EXPECT_EQ(writesOfDetection(True32), search);
+    EXPECT_LT(writesOfDetection(False32) * 3, search * 2);
+}
+
 TEST_F(ParallelPort, FallsBackToACableWithoutIds) {
     WriteBoard("01234567");
     WriteCable();
