@@ -18,6 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const vorel::sim::ScenePod& pod : scene.Pods) {
             pod.CreateTarget();
         }
+        scene.CreateParallelPorts();
     } catch (const vorel::sim::ESceneError&) {
         return 0; // what a text that is no scene deserves
     }

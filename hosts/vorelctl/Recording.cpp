@@ -18,8 +18,14 @@ std::string FileNameOf(const std::string& name) {
     return file;
 }
 
+// Has to be there before the work whose traffic is recorded.
 std::string FolderOf(const std::string& name) {
-    const std::string folder = std::filesystem::path(name).parent_path().string();
+    std::string folder = std::filesystem::path(name).parent_path().string();
+    std::error_code error;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+        throw ECommandFailure(ExitStatus::EnvironmentFault,
+                              "--record " + name + ": there is no folder " + folder + ".");
+    }
     return folder.empty() ? "." : folder;
 }
 

@@ -12,7 +12,7 @@ namespace vorel::host {
 class TRecording {
 public:
     // `name` is a file name without extension, perhaps with a folder before it. ECommandFailure
-    // with WrongUsage when it names no file.
+    // with WrongUsage when it names no file, with EnvironmentFault when the folder is not there.
     explicit TRecording(const std::string& name);
 
     IJTagAnalyser* Analyser() noexcept { return Adaptor.Get(); }

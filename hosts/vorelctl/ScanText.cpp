@@ -84,6 +84,9 @@ std::string PortText(const TPortReport& port) {
                                 : "  The pod does not answer.\n";
     } else if (!port.Detected) {
         text += "  Nothing was detected behind this port.\n";
+        text += port.Index != 0 ? ""
+                                : "    - Check that cable and target have power, and that a board "
+                                  "file (System/*.JTGBRD)\n      names the cable's signals.\n";
     } else {
         text += port.BoardMode ? "  A board was detected.\n" : "  Bare chains were detected.\n";
     }

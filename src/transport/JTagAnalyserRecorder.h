@@ -15,8 +15,12 @@ namespace vorel {
 //   N: Mode:M TMS:S TDI:I TCK:C               levels; on a rising edge " ->STATE" follows
 //
 // The line at which a shift ends also has the bits read in it, in brackets. The last line is the
-// trace: a hexadecimal digit for each change, mode * 4 + tms * 2 + tdi, and 8 for a clock. Lines of
-// the second file, in step with the first: "N: Read TDO:B", or "N: -" where nothing was read.
+// trace: a hexadecimal digit for each change, mode * 4 + tms * 2 + tdi, and 8 for a clock; of the
+// rising edges among levels only those that end a shift have one. Lines of the second file, in step
+// with the first: "N: Read TDO:B", or "N: -" where nothing was read.
+//
+// One TAP is followed for both sets of lines: behind a change of sets its states are right again
+// from the next reset on. Each session of a channel with TAPs begins with one.
 class TJTagAnalyserRecorder final : public ITrafficRecorder {
 public:
     // Lines of one recording; what comes beyond is not recorded until the next Save.

@@ -69,9 +69,10 @@ bool TJTagParallelPort_BoardType::LoadFromFile(const std::filesystem::path& file
     }
     std::string text(static_cast<std::size_t>(size), '\0');
     std::ifstream file(fileName, std::ios::binary);
-    if (!file.read(text.data(), static_cast<std::streamsize>(text.size()))) {
-        return false;
-    }
+    return file.read(text.data(), static_cast<std::streamsize>(text.size())) && LoadFromText(text);
+}
+
+bool TJTagParallelPort_BoardType::LoadFromText(std::string_view text) {
     const TIniFile ini(text);
     if (!SameText(ini.Read("FileVersion", "Version"), BoardFileVersion)) {
         return false;

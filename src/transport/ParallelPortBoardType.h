@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vorel {
@@ -29,6 +30,8 @@ public:
     // False, and nothing changed, when the file cannot be read, is larger than any board file, or
     // has another version.
     bool LoadFromFile(const std::filesystem::path& fileName);
+    // The same for the contents of a board file.
+    bool LoadFromText(std::string_view text);
     // Gives the port, not owned, to every mapping that exists.
     void SetPort(IParallelPort* port) noexcept;
     // Tells an analyser, not owned, of the traffic on every mapping that exists: the board channel

@@ -34,6 +34,7 @@ public:
     }
     Status ReadData(std::uint8_t& value) noexcept override {
         value = Data;
+        ++Reads;
         return Result;
     }
     Status WriteData(std::uint8_t value) noexcept override {
@@ -52,12 +53,15 @@ public:
     Status ReadStatus(std::uint8_t& value) noexcept override {
         value = static_cast<std::uint8_t>((IsHigh(Sets[0]->Tdo()) ? 0x10U : 0U) |
                                           (IsHigh(Sets[1]->Tdo()) ? 0x20U : 0U));
+        ++StatusReads;
         return StatusOk;
     }
     Status WriteControl(std::uint8_t, std::uint8_t) noexcept override { return StatusOk; }
 
     Status Result = StatusOk;
     int Writes = 0;
+    int Reads = 0;
+    int StatusReads = 0;
     int FailingWrite = -1; // the one from which on the port fails
     int Users = 0;
     int UnusedPrepares = 0;
@@ -161,6 +165,46 @@ TEST_F(ParallelPort, FindsABoardByItsIdAndDrivesItsMultiplexer) {
     EXPECT_EQ(bits, NumberToBits(IdA, 32) + NumberToBits(IdB, 32));
     EXPECT_LE(Cable.Writes - before, 2 * (3 + 64) + 3);
     hard.DoUnlock();
+}
+
+// At each clock TDO is read once, and the two edges of TCK cost a read and a write of the data
+// register each; TMS and TDI stay.
+TEST_F(ParallelPort, ReadsAnIdWith160Accesses) {
+    WriteBoard("0B8C0B01");
+    LoadPort();
+    ASSERT_TRUE(Detect(*Port));
+    TJTagChannel& hard = HardChain(*Port);
+    hard.DoLock();
+    hard.DoTapMove(TTapState::IDLE, TTapState::DRSHIFT);
+    const int writes = Cable.Writes;
+    const int reads = Cable.Reads;
+    const int statusReads = Cable.StatusReads;
+    std::uint32_t id = 0;
+    ASSERT_EQ(hard.ExchangeNumber(0, 32, False32, id), StatusOk);
+    EXPECT_EQ(id, IdB);
+    EXPECT_EQ(Cable.Writes - writes, 64);
+    EXPECT_EQ(Cable.Reads - reads, 64);
+    EXPECT_EQ(Cable.StatusReads - statusReads, 32);
+    ASSERT_EQ(hard.SetTms(0), StatusOk);
+    ASSERT_EQ(hard.WritePins(), StatusOk);
+    EXPECT_EQ(Cable.Writes - writes, 64) << "no level changed";
+    hard.DoUnlock();
+}
+
+TEST_F(ParallelPort, TriesTheBoardFoundLastFirstUnlessASearchIsForced) {
+    WriteBoard("01234567"); // costs a scan of the board chain each time it is tried
+    WriteCable();
+    LoadPort();
+    const auto writesOfDetection = [&](Bool32 force) {
+        const int before = Cable.Writes;
+        Bool32 found = False32;
+        EXPECT_EQ(Port->Detect(force, found), StatusOk);
+        EXPECT_EQ(found, True32);
+        return Cable.Writes - before;
+    };
+    const int search = writesOfDetection(False32);
+    EXPECT_EQ(writesOfDetection(True32), search);
+    EXPECT_LT(writesOfDetection(False32) * 3, search * 2);
 }
 
 TEST_F(ParallelPort, FallsBackToACableWithoutIds) {

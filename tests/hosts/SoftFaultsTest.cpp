@@ -273,9 +273,9 @@ TEST_F(SoftFaults, ARefusedBreakpointIsExplainedAndCostsNothing) {
         EXPECT_EQ(Rig.Processor->AddBreakpoint(0, address, item), StatusOk);
         EXPECT_EQ(item, nullptr);
         EXPECT_EQ(std::exchange(Rig.Messages, {}),
-                  "Error: A request for a hardware breakpoint could not be satisfied!\r\n\r\n"
+                  "Error: A request for a hardware breakpoint could not be satisfied!\n"
                   "Either the underlying hardware has no support for hardware breakpoints or you "
-                  "need to free up an existing hardware breakpoint.\r\n");
+                  "need to free up an existing hardware breakpoint.");
     }
     EXPECT_EQ(Transfers(UsbTransfer::Write), writes);
     std::int32_t count = 0;

@@ -116,7 +116,10 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
     EXPECT_EQ(ReadFile((folder / "a_JTAGOut.txt").string()).rfind("0: -\n", 0), 0U);
     EXPECT_NE(ReadFile((folder / "a.vcd").string()).find("$enddefinitions"), std::string::npos);
     std::filesystem::remove_all(folder);
-    EXPECT_EQ(RunVorelctl("scan --record /no/such/folder/a").ExitStatus, 3);
+    const TRun early = RunVorelctl("scan --record /no/such/folder/a");
+    EXPECT_EQ(early.ExitStatus, 3);
+    EXPECT_EQ(early.Output,
+              "vorelctl: --record /no/such/folder/a: there is no folder /no/such/folder.\n");
     EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
 }
 

@@ -14,9 +14,11 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_DATA_HOME=$work XDG_CONFIG_HOME=$work
 
-# Of the first set of lines in the file. The TAP's state is a text there, which sigrok passes over.
+# decode WHAT [SET]: of one set of lines in the file, 0 without a choice. The TAP's state is a text
+# there, which sigrok passes over.
 decode() {
-    sigrok-cli -i "$work/scan.vcd" -I vcd -P jtag:tck=TCK:tms=TMS:tdi=TDI:tdo=TDO -A "jtag=$1" \
+    sed "/module jtag$((1 - ${2:-0})) /,/upscope/d" "$work/scan.vcd" >"$work/set.vcd"
+    sigrok-cli -i "$work/set.vcd" -I vcd -P jtag:tck=TCK:tms=TMS:tdi=TDI:tdo=TDO -A "jtag=$1" \
         2>/dev/null | sed 's/.*: //'
 }
 
@@ -27,19 +29,27 @@ binary() {
                row = row (i == 2 ? "[01][01][01][01]" : "") d } } END { print row }'
 }
 
-# A cable in front of a board, whose soft chain is read first; and a cable beside a pod.
-for pair in cable:hard cable_board:soft; do
-    "$vorelctl" scan --scene "$scenes/${pair%:*}.ini" --record "$work/scan" --json \
+# scan_ids SCENE ROLE SET: the ids of a chain, in one shift on a set of lines. Of chains on the same
+# lines the one that is not read last: its shift has an end.
+scan_ids() {
+    "$vorelctl" scan --scene "$scenes/$1.ini" --record "$work/scan" --json \
         >"$work/scan.json" 2>/dev/null
-    awk -v role="\"${pair#*:}\"," '/"role":/ { if (seen) exit; on = $2 == role }
+    awk -v role="\"$2\"," '/"role":/ { if (seen) exit; on = $2 == role }
         on && /"id": "0x/ { seen = 1; print substr($2, 4, 8) }' \
         "$work/scan.json" >"$work/ids"
-    [[ -s $work/ids ]] || { echo "the scan of $pair lists no ids"; exit 1; }
-    decode bitstring-tdo >"$work/shifts"
+    [[ -s $work/ids ]] || { echo "the scan of $1 lists no ids of its $2 chain"; exit 1; }
+    decode bitstring-tdo "$3" >"$work/shifts"
     grep -qE "$(binary <"$work/ids")" "$work/shifts" ||
-        { echo "$pair: the ids are in no shift"; cat "$work/ids"; exit 1; }
-    echo "${pair%:*}: sigrok reads the $(wc -l <"$work/ids") ids of the ${pair#*:} chain in one shift"
-done
+        { echo "$1: the ids of the $2 chain are in no shift"; cat "$work/ids"; exit 1; }
+    echo "$1: sigrok reads the $(wc -l <"$work/ids") ids of the $2 chain in one shift"
+}
+
+# A cable beside a pod, a cable in front of a board, a pod in front of a board.
+scan_ids cable hard 0
+scan_ids cable_board soft 0
+scan_ids cable_board board 1
+scan_ids default soft 1
+scan_ids default board 0
 
 # The text recording follows one TAP, so the states are compared where one set of lines is in use:
 # from the first Run-Test/Idle on. sigrok does not tell the state that the last clock led to.

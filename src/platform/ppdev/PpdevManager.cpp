@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace vorel {
@@ -26,13 +28,24 @@ std::optional<unsigned> PortNumber(std::string_view fileName) {
     return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
 }
 
+// A device file may stand there for a port that the machine does not have. The kernel's list tells,
+// once ppdev is loaded; opening a file may be what loads it.
+bool MayExist(unsigned number) {
+    const std::filesystem::path list = "/sys/class/ppdev";
+    std::error_code error;
+    return !std::filesystem::exists(list, error) ||
+           std::filesystem::exists(list / (std::string(DevicePrefix) + std::to_string(number)),
+                                   error);
+}
+
 } // namespace
 
 void TPpdevManager::ListPorts() {
     std::vector<unsigned> found;
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir("/dev"), &closedir);
     while (const dirent* entry = folder != nullptr ? readdir(folder.get()) : nullptr) {
-        if (const auto number = PortNumber(entry->d_name)) {
+        const auto number = PortNumber(entry->d_name);
+        if (number && MayExist(*number)) {
             found.push_back(*number);
         }
     }

@@ -1,4 +1,5 @@
-// The machine's parallel ports: the device files /dev/parport<N>, by number.
+// The machine's parallel ports: the device files /dev/parport<N>, by number, except those for which
+// the kernel knows no port.
 #pragma once
 
 #include "platform/ppdev/PpdevPort.h"
