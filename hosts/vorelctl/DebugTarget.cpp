@@ -86,12 +86,17 @@ std::string TDebugTarget::Name() const {
     return ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetDeviceName(v); }));
 }
 
+// A program may stop between two questions: a reason that was given counts.
 std::string TDebugTarget::StatusText() const {
-    auto state = ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
+    const auto ask = [&] {
+        return ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
+    };
+    std::string state = ask();
     const std::string reason = DriverText(1);
     if (reason.empty()) {
         return state;
     }
+    state = ask();
     return reason.starts_with(state) ? reason : state + ": " + reason;
 }
 

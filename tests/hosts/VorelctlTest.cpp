@@ -120,10 +120,15 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
     EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
 }
 
+// The scripts of the shipped programs; each ends with its number of wrong results, 0.
 TEST(Vorelctl, RunsADebuggingScript) {
-    const TRun run = RunVorelctl("debug --script " VOREL_TREE "/programs/tour.debug");
-    EXPECT_EQ(run.Output, ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/debug_tour.txt"));
-    EXPECT_EQ(run.ExitStatus, 0);
+    for (const std::string name : {"algorithms", "numbers", "tour"}) {
+        const TRun run = RunVorelctl("debug --script " VOREL_TREE "/programs/" + name + ".debug");
+        EXPECT_EQ(run.Output,
+                  ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/debug_" + name + ".txt"));
+        EXPECT_TRUE(run.Output.ends_with("> regs v0\nv0   00000000\n")) << name;
+        EXPECT_EQ(run.ExitStatus, 0) << name;
+    }
 }
 
 // One line of a session on the board's devices, and what it says.
