@@ -22,13 +22,20 @@ void Print(const std::string& text) {
     std::fflush(stdout);
 }
 
+// A long usage has its summary on a line of its own.
+std::string CommandLine(const std::string& usage, std::string_view summary) {
+    constexpr std::size_t column = 44;
+    const std::string gap = usage.size() > column ? "\n" + std::string(column + 2, ' ') : "";
+    return "  " + PadRight(usage, column) + gap + " " + std::string(summary);
+}
+
 std::string CommandList() {
     std::string text;
     for (const TDebugger::TCommand& command : TDebugger::Commands()) {
-        const std::string usage = std::string(command.Name) + " " + std::string(command.Usage);
-        text += "  " + PadRight(usage, 44) + " " + std::string(command.Summary) + "\n";
+        text += CommandLine(TDebugger::UsageOf(command.Name), command.Summary) + "\n";
     }
-    return text + "  " + PadRight("quit", 44) + " end the session";
+    return text + CommandLine("help", "list the commands") + "\n" +
+           CommandLine("quit", "end the session");
 }
 
 class TDebugCommand final : public ICommand {
@@ -45,8 +52,9 @@ public:
             "DEVICE is a name or a place on the soft chain; without it the first soft device is\n"
             "taken. Addresses and values are hexadecimal, counts decimal. Commands:\n" +
             CommandList() +
-            "\nA script holds a command in each line; lines that begin with # are comments. It "
-            "ends at\nthe first failure. Exit status: 0 all done, 1 a command failed.";
+            "\nA script holds a command in each line; lines that begin with # are comments and "
+            "are\n"
+            "shown. It ends at the first failure. Exit status: 0 all done, 1 a command failed.";
         return text;
     }
     std::vector<TOption> Options() const override {
@@ -68,11 +76,11 @@ public:
         std::string line;
         for (int number = 1; Ask(), std::getline(Input, line); ++number) {
             const std::vector<std::string> words = SplitCommandLine(line);
+            if (IsScript) {
+                Show(Trim(line), words.empty());
+            }
             if (words.empty()) {
                 continue;
-            }
-            if (IsScript) {
-                Print("> " + std::string(Trim(line)) + "\n");
             }
             if (words[0] == "quit") {
                 break;
@@ -86,6 +94,15 @@ public:
     }
 
 private:
+    // A comment opens a paragraph, unless it goes on with the one before.
+    void Show(std::string_view line, bool isComment) {
+        if (!isComment) {
+            Print("> " + std::string(line) + "\n");
+        } else if (!line.empty()) {
+            Print((InComment ? "" : "\n") + std::string(line) + "\n");
+        }
+        InComment = isComment && !line.empty();
+    }
     void Ask() const {
         if (!IsScript && isatty(STDIN_FILENO) != 0) {
             Print("debug> ");
@@ -99,6 +116,10 @@ private:
             return true;
         } catch (const ECommandFailure& failure) {
             std::fprintf(stderr, "%s\n", failure.what());
+            const std::string usage = TDebugger::UsageOf(words[0]);
+            if (failure.GetExitStatus() == ExitStatus::WrongUsage && !usage.empty()) {
+                std::fprintf(stderr, "usage: %s\n", usage.c_str());
+            }
         } catch (const EVorelError& error) {
             std::fprintf(stderr, "%s\n", error.what());
         }
@@ -108,6 +129,7 @@ private:
     std::istream& Input;
     TDebugger& Debugger;
     bool IsScript;
+    bool InComment = false; // the line before was one
 };
 
 ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
@@ -180,8 +202,17 @@ ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
     words.insert(words.end(), plainEnd, given.end());
     TSession session(arguments);
     TDebugTarget target(session, given[0]);
-    Print(TDebugger(session.Client(), target, ShowProgress)
-              .Execute(std::string(Command.Name), words));
+    try {
+        Print(TDebugger(session.Client(), target, ShowProgress)
+                  .Execute(std::string(Command.Name), words));
+    } catch (const ECommandFailure& failure) {
+        if (failure.GetExitStatus() != ExitStatus::WrongUsage) {
+            throw;
+        }
+        throw ECommandFailure(ExitStatus::WrongUsage, std::string(failure.what()) +
+                                                          "\nusage: vorelctl " +
+                                                          std::string(Name()) + " " + UsageText);
+    }
     return ExitStatus::Ok;
 }
 

@@ -142,7 +142,10 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
     };
     const Case cases[] = {
         {"ZRC3000", "regs r29=0xFFFC0\nregs sp", "sp   000FFFC0"},
-        {"0", "regs SP=xyz", "Writing the register"},
+        {"0", "regs SP=xyz", "\"xyz\" is no value for sp.\nusage: regs [NAME[=VALUE]]\n"},
+        {"0", "regs r77", "There is no register \"r77\"; regs shows them all."},
+        {"0", "mem 0 --width 32 --write 1000FFFF 0\nrun\nregs a0=1", "The processor runs;"},
+        {"0", "BREAK add", "usage: break add ADDRESS | remove ADDRESS | list | clear\n"},
         {"0", "mem FFFFE --write 12 34\nmem FFFFC 1 --width 32", "000FFFFC  00001234"},
         {"0", "mem FFFFF 2", "The memory ends at 00100000."},
         {"0", "mem 0 --write 100", "\"100\" does not fit in 8 bits."},
@@ -239,6 +242,7 @@ TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
         {"status zrc3000", 0, "Reset"},
         {"mem 1 0 --width 32 --write 1 2", 0, ""},
         {"regs", 2, "needs a device"},
+        {"step 0 x", 2, "\"x\" is no number from 1 to 100000000.\nusage: vorelctl step DEVICE [N]"},
         {"scan --scene /nowhere.ini", 3, "/nowhere.ini"},
         {"scan --bitbang 127.0.0.1:1", 3, "127.0.0.1:1: Connection refused"},
         {"scan --bitbang nonsense", 3, "HOST:PORT"},
