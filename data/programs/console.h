@@ -4,9 +4,9 @@
 /* For functions that a program may leave out. */
 #define HELPER static __attribute__((unused))
 
-#define CONSOLE (*(volatile unsigned *)0xFFFF0000u)
+#define CONSOLE (*(volatile unsigned*)0xFFFF0000u)
 
-HELPER void PutText(const char *text) {
+HELPER void PutText(const char* text) {
     while (*text != 0) {
         CONSOLE = (unsigned char)*text++;
     }
@@ -19,7 +19,7 @@ HELPER void PutHex(unsigned value) {
 }
 
 /* Prints a line and gives 1 when the value is not the expected one. */
-HELPER int Report(const char *what, unsigned value, unsigned expected) {
+HELPER int Report(const char* what, unsigned value, unsigned expected) {
     PutText(what);
     PutHex(value);
     PutText(value == expected ? " ok\n" : " WRONG\n");

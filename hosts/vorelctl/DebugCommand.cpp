@@ -49,8 +49,9 @@ public:
     }
     std::string_view Details() const override {
         static const std::string text =
-            "DEVICE is a name or a place on the soft chain; without it the first soft device is\n"
-            "taken. Addresses and values are hexadecimal, counts decimal. Commands:\n" +
+            "DEVICE is a name or a place on the chain; without it the first soft device is taken,\n"
+            "on a hard chain if there is none on a soft one. Addresses and values are hexadecimal, "
+            "counts decimal. Commands:\n" +
             CommandList() +
             "\nA script holds a command in each line; lines that begin with # are comments and "
             "are\n"
@@ -148,7 +149,7 @@ ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
     TSession session(arguments);
     TDebugTarget target(session, arguments.Words().empty() ? "" : arguments.Words()[0]);
     TDebugger debugger(session.Client(), target, ShowProgress);
-    Print(target.Name() + " at place " + std::to_string(target.Place()) + " of the soft chain\n");
+    Print(target.Name() + " at " + target.Place() + "\n");
     if (fileName) {
         debugger.SetFolder(std::filesystem::path(*fileName).parent_path());
         return TConversation(script, debugger, true).Run();
@@ -165,7 +166,7 @@ public:
     std::string_view Usage() const override { return UsageText; }
     std::string_view Summary() const override { return Command.Summary; }
     std::string_view Details() const override {
-        return "DEVICE is a name or a place on the soft chain. Each call connects anew, so on a "
+        return "DEVICE is a name or a place on the chain. Each call connects anew, so on a "
                "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
     }
     std::vector<TOption> Options() const override {

@@ -43,8 +43,7 @@ TDebugTarget::TDebugTarget(TSession& session, const std::string& device) : Sessi
             Get<Bool32>([&](auto& v) { return port->Detect(False32, v); }) == False32) {
             continue;
         }
-        auto* const chain = Get<IJTagChannel*>([&](auto& v) { return port->GetSoftChain(v); });
-        if (chain != nullptr && Choose(*chain, device)) {
+        if (ChooseOnPort(*port, device)) {
             return;
         }
     }
@@ -56,6 +55,21 @@ TDebugTarget::TDebugTarget(TSession& session, const std::string& device) : Sessi
 
 TDebugTarget::~TDebugTarget() {
     Session.Library().DeviceManager()->ReleaseDevice(Chosen);
+}
+
+// A cable has a single chain, the hard one, whatever hangs on it.
+bool TDebugTarget::ChooseOnPort(IJTagPort& port, const std::string& device) {
+    auto* const soft = Get<IJTagChannel*>([&](auto& v) { return port.GetSoftChain(v); });
+    if (soft != nullptr && Choose(*soft, device)) {
+        Chain = "soft chain";
+        return true;
+    }
+    auto* const hard = Get<IJTagChannel*>([&](auto& v) { return port.GetHardChain(v); });
+    if (hard != nullptr && Choose(*hard, device)) {
+        Chain = "hard chain";
+        return true;
+    }
+    return false;
 }
 
 bool TDebugTarget::Choose(IJTagChannel& chain, const std::string& device) {
