@@ -3,9 +3,25 @@
 #include "support/Errors.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace vorel {
+
+void TProcessorBreakpoints::Adopt() {
+    if (Adopted || !Unit.Port.IsOnChain()) {
+        return;
+    }
+    std::vector<TItem> held;
+    for (std::int32_t number = 0; std::cmp_less(number, TProcessorUnit::BreakpointCount);
+         ++number) {
+        if (const auto address = Unit.Breakpoint(static_cast<std::size_t>(number))) {
+            held.push_back(std::make_unique<TProcessorBreakpoint>(*address, number));
+        }
+    }
+    std::move(held.begin(), held.end(), std::back_inserter(Items));
+    Adopted = true;
+}
 
 // A comparator, or Planted when all are in use.
 std::int32_t TProcessorBreakpoints::FreeComparator() const {
@@ -48,7 +64,8 @@ IVorelBreakpoint* TProcessorBreakpoints::Add(std::int32_t space, std::int64_t ad
     return Place(*made) ? Items.emplace_back(std::move(made)).get() : nullptr;
 }
 
-IVorelBreakpoint* TProcessorBreakpoints::Find(std::int32_t space, std::int64_t address) const {
+IVorelBreakpoint* TProcessorBreakpoints::Find(std::int32_t space, std::int64_t address) {
+    Adopt();
     const auto item = std::find_if(Items.begin(), Items.end(),
                                    [&](const TItem& i) { return i->Address == address; });
     return space == 0 && item != Items.end() ? item->get() : nullptr;
@@ -67,6 +84,7 @@ void TProcessorBreakpoints::Remove(IVorelBreakpoint* breakpoint) {
 }
 
 std::int32_t TProcessorBreakpoints::Count() {
+    Adopt();
     Listed.clear();
     for (const TItem& item : Items) {
         Listed.push_back(item.get());
@@ -84,6 +102,9 @@ void TProcessorBreakpoints::Release() {
         const TRegisterPort::TVisit visit(Unit.Port, Home);
         RemovePlanted();
     }
+    Listed.clear();
+    Items.clear();
+    Adopted = false;
 }
 
 // One that cannot be taken out stays listed.

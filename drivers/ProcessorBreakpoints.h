@@ -31,7 +31,8 @@ public:
 
 // All breakpoints are list A; list B is empty. They are of memory space 0, at byte addresses that
 // are multiples of 4. A breakpoint keeps its kind while others leave, and the indices of GetA are
-// those of the last CountA: an index whose breakpoint has left gives null.
+// those of the last CountA: an index whose breakpoint has left gives null. Those that the unit
+// holds when the device comes on its chain, armed by an earlier user, are in the list as well.
 class TProcessorBreakpoints {
 public:
     // Both outlive this.
@@ -41,19 +42,20 @@ public:
     // Null when no instruction can be at that place. A breakpoint that is there already is given
     // again.
     IVorelBreakpoint* Add(std::int32_t space, std::int64_t address);
-    IVorelBreakpoint* Find(std::int32_t space, std::int64_t address) const;
+    IVorelBreakpoint* Find(std::int32_t space, std::int64_t address);
     // StatusBadArgument (raised) for what is none of these.
     void Remove(IVorelBreakpoint* breakpoint);
     std::int32_t Count();
     IVorelBreakpoint* Get(std::int32_t index) const;
 
-    // Takes the planted ones out of the memory of a device that has left its chain already. The
-    // comparators stay as they are.
+    // For a device that has left its chain already: takes the planted ones out of its memory, and
+    // forgets those of the unit, which stay armed.
     void Release();
 
 private:
     using TItem = std::unique_ptr<TProcessorBreakpoint>;
 
+    void Adopt();
     std::int32_t FreeComparator() const;
     bool Place(const TProcessorBreakpoint& breakpoint);
     void Displace(const TProcessorBreakpoint& breakpoint);
@@ -62,6 +64,7 @@ private:
     const TProcessorUnit& Unit;
     TProcessorMemory& Memory;
     TRegisterPort::TPlace Home{}; // where the device was when the last one was planted
+    bool Adopted = false;         // the unit was asked what it holds
     std::vector<TItem> Items;
     std::vector<TProcessorBreakpoint*> Listed;
 };

@@ -100,6 +100,11 @@ std::uint32_t TProcessorUnit::ReadWord(std::uint32_t address) const {
     return word;
 }
 
+std::optional<std::uint32_t> TProcessorUnit::Breakpoint(std::size_t number) const {
+    const std::uint32_t word = Port.Read(static_cast<std::uint8_t>(FirstBreakpoint + number));
+    return (word & 1) != 0 ? std::optional(word & ~3U) : std::nullopt;
+}
+
 void TProcessorUnit::SetBreakpoint(std::size_t number, std::uint32_t address) const {
     Port.Write(static_cast<std::uint8_t>(FirstBreakpoint + number), address | 1);
 }

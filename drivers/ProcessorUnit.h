@@ -4,6 +4,7 @@
 #include "drivers/RegisterPort.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace vorel {
@@ -52,6 +53,8 @@ public:
     std::uint32_t ReadWord(std::uint32_t address) const;
     void WriteMemory(std::span<const std::uint32_t> words, std::uint32_t address) const;
 
+    // The address of an enabled one.
+    std::optional<std::uint32_t> Breakpoint(std::size_t number) const;
     void SetBreakpoint(std::size_t number, std::uint32_t address) const;
     void ClearBreakpoint(std::size_t number) const;
 

@@ -100,6 +100,14 @@ TRegisterPort::TPlace TRegisterPort::Place() const {
     return place;
 }
 
+bool TRegisterPort::IsOnChain() const {
+    if (Device == nullptr) {
+        return false;
+    }
+    const TPlace place = Place();
+    return place.Channel != nullptr && place.ChainIndex >= 0;
+}
+
 TRegisterPort::TVisit::TVisit(const TRegisterPort& port, const TPlace& place)
     : Visitor(port.Served()), Before(port.Place()) {
     Check(Visitor.SetChannel(place.Channel), "Putting the device on its chain");

@@ -40,6 +40,7 @@ public:
         std::int32_t ChainIndex;
     };
     TPlace Place() const;
+    bool IsOnChain() const;
     // Puts a device that was released back in a place for one's lifetime: the notice of a release
     // comes when the device is off its chain already.
     class TVisit {

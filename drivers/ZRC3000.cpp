@@ -238,10 +238,16 @@ public:
     }
     Status Find(std::int32_t space, std::int64_t address,
                 IVorelBreakpoint*& breakpoint) noexcept override {
-        return Give(breakpoint, Breakpoints.Find(space, address));
+        return Guard([&] {
+            breakpoint = nullptr;
+            breakpoint = Breakpoints.Find(space, address);
+        });
     }
     Status CountA(std::int32_t& count) noexcept override {
-        return Give(count, Breakpoints.Count());
+        return Guard([&] {
+            count = 0;
+            count = Breakpoints.Count();
+        });
     }
     Status CountB(std::int32_t& count) noexcept override { return Give(count, 0); }
     Status GetA(std::int32_t index, IVorelBreakpoint*& breakpoint) noexcept override {

@@ -329,10 +329,17 @@ std::string TDebugger::RemoveBreakpoint(std::int64_t address) {
     return {};
 }
 
+// Addresses are not told of breakpoints that were there before.
 std::string TDebugger::ListBreakpoints() const {
     std::string text;
     for (const std::int64_t address : Breakpoints) {
         text += Address(address) + "\n";
+    }
+    std::int32_t count = 0;
+    Check(Target.Device().GetBreakpointCount(count), "Counting the breakpoints");
+    const std::int64_t others = count - static_cast<std::int64_t>(Breakpoints.size());
+    if (others > 0) {
+        text += std::to_string(others) + " of an earlier session; clear removes them, too.\n";
     }
     return text.empty() ? "No breakpoints.\n" : text;
 }

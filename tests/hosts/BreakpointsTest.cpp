@@ -217,7 +217,20 @@ TEST_F(Breakpoints, StayOverAResetAndLeaveWithTheDevice) {
     EXPECT_EQ(channel, nullptr);
     std::int32_t count = 0;
     Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 4) << "those of the unit";
+    EXPECT_EQ(count, 0);
+
+    Rig.Processor->SetChannel(Rig.Chain);
+    Rig.Processor->SetChainIndex(0);
+    Rig.Processor->GetBreakpointCount(count);
+    EXPECT_EQ(count, 4) << "the unit keeps its own";
+    ASSERT_NE(Add(0), nullptr);
+    EXPECT_EQ(Plain(0), Planted) << "they stay in use";
+    EXPECT_EQ(Rig.Processor->RemoveAllBreakpoints(), StatusOk);
+    Rig.Processor->GetBreakpointCount(count);
+    EXPECT_EQ(count, 0);
+    Rig.WriteWords(0x80000, {0x0000000C});
+    Rig.WriteWords(0, {0x3C020008, 0x00400008, 0}); // jumps to 80000
+    EXPECT_EQ(RunToStop(), "Trap: system call, goes on at 00080004");
 }
 
 TEST_F(Breakpoints, APodPulledOutWhileOneIsLiftedLosesNone) {
