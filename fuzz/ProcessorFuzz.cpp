@@ -6,6 +6,7 @@
 #include "core/VorelDevice.h"
 #include "drivers/ModuleExport.h"
 #include "support/NeutralHost.h"
+#include "vorel/Channel.h"
 #include "vorel/Driver.h"
 
 #include <cstdlib>
@@ -34,6 +35,13 @@ public:
 
     int Accesses = 0;
 
+    // On a chain that nobody may use.
+    Status GetChannel(IJTagChannel*& channel) noexcept override {
+        static char nothing = 0;
+        channel = reinterpret_cast<IJTagChannel*>(&nothing);
+        return StatusOk;
+    }
+    Status SetChannel(IJTagChannel*) noexcept override { return StatusOk; }
     Status ReadRegisterNumber(std::uint8_t, std::int32_t, std::uint32_t& value) noexcept override {
         value = Answers.Word();
         return Outcome();
@@ -167,6 +175,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::TInput input(data, size);
     TServices services;
     THostileDevice device(services, *driver, input);
+    device.SetChainIndex(0);
     TSession session(device, input);
     for (int i = 0; i < MaxOperations && !input.AtEnd(); ++i) {
         device.Accesses = 0;
