@@ -4,6 +4,7 @@
 #include "drivers/RegisterPort.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace vorel {
@@ -16,6 +17,7 @@ public:
     static constexpr std::uint32_t PeripheralBase = 0xFFFF0000;
     static constexpr std::uint32_t PeripheralWords = 2;
     static constexpr std::size_t BreakpointCount = 4;
+    static constexpr std::int32_t MaxSteps = 1'000'000; // of one command
     // Register indices: 0 to 31, HI, LO, and behind the unit's own numbers PC.
     static constexpr std::int32_t ProgramCounterIndex = 34;
     static constexpr std::int32_t RegisterCount = 35;
@@ -33,29 +35,29 @@ public:
     };
     TStatus Status() const;
 
-    void Continue() const;
+    void Run() const;
     void Pause() const;
-    void Reset() const;
-    // Executes up to `count` instructions; breakpoints and traps end it earlier. Less than 1: none.
+    // Up to MaxSteps instructions, whatever breakpoint stands at the first one.
     void Step(std::int32_t count) const;
+    void Reset() const;
 
+    std::uint32_t ProgramCounter() const;
+    // Forgets a branch whose delay slot was to come.
+    void SetProgramCounter(std::uint32_t address) const;
     std::uint32_t ReadRegister(std::int32_t index) const;
     // Fails while the processor runs.
     void WriteRegister(std::int32_t index, std::uint32_t value) const;
 
-    // Bytes of the RAM, one to a slot. Words that are written in part are read first.
-    void ReadBytes(std::uint32_t* slots, std::uint32_t address, std::uint32_t count) const;
-    void WriteBytes(const std::uint32_t* slots, std::uint32_t address, std::uint32_t count) const;
     // Words from a byte address on, a multiple of 4.
     void ReadMemory(std::span<std::uint32_t> words, std::uint32_t address) const;
+    std::uint32_t ReadWord(std::uint32_t address) const;
     void WriteMemory(std::span<const std::uint32_t> words, std::uint32_t address) const;
 
+    // The address of an enabled one.
+    std::optional<std::uint32_t> Breakpoint(std::size_t number) const;
     void SetBreakpoint(std::size_t number, std::uint32_t address) const;
     void ClearBreakpoint(std::size_t number) const;
 
-    // Why the processor does not run: "Breakpoint at 00000040", "Trap: system call at ..."; empty
-    // while it runs and in reset.
-    std::string StopText() const;
     // The characters that wait in the console, which are taken from it.
     std::string TakeConsole() const;
     std::uint64_t Cycles() const;
@@ -65,7 +67,6 @@ public:
     std::int32_t Diagnose() const;
 
 private:
-    bool PassBreak(const TStatus& status) const;
     bool KeepsMemory() const;
 };
 

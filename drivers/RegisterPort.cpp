@@ -93,4 +93,30 @@ void TRegisterPort::WriteStream(const TStream& stream, std::uint32_t start,
     }
 }
 
+TRegisterPort::TPlace TRegisterPort::Place() const {
+    TPlace place{};
+    Check(Served().GetChannel(place.Channel), "Asking for the device's channel");
+    Check(Served().GetChainIndex(place.ChainIndex), "Asking for the device's place");
+    return place;
+}
+
+bool TRegisterPort::IsOnChain() const {
+    if (Device == nullptr) {
+        return false;
+    }
+    const TPlace place = Place();
+    return place.Channel != nullptr && place.ChainIndex >= 0;
+}
+
+TRegisterPort::TVisit::TVisit(const TRegisterPort& port, const TPlace& place)
+    : Visitor(port.Served()), Before(port.Place()) {
+    Check(Visitor.SetChannel(place.Channel), "Putting the device on its chain");
+    Check(Visitor.SetChainIndex(place.ChainIndex), "Putting the device in its place");
+}
+
+TRegisterPort::TVisit::~TVisit() {
+    static_cast<void>(Visitor.SetChannel(Before.Channel));
+    static_cast<void>(Visitor.SetChainIndex(Before.ChainIndex));
+}
+
 } // namespace vorel

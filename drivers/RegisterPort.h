@@ -34,6 +34,27 @@ public:
     // The words of a register that needs no pointer, in one scan.
     void ReadWords(std::uint8_t number, std::span<std::uint32_t> words) const;
 
+    // Where the device is; the channel is not counted and lives as long as its port.
+    struct TPlace {
+        IJTagChannel* Channel;
+        std::int32_t ChainIndex;
+    };
+    TPlace Place() const;
+    bool IsOnChain() const;
+    // Puts a device that was released back in a place for one's lifetime: the notice of a release
+    // comes when the device is off its chain already.
+    class TVisit {
+    public:
+        TVisit(const TRegisterPort& port, const TPlace& place);
+        ~TVisit();
+        TVisit(const TVisit&) = delete;
+        TVisit& operator=(const TVisit&) = delete;
+
+    private:
+        IVorelDevice& Visitor;
+        TPlace Before;
+    };
+
 private:
     IVorelDevice& Served() const;
 

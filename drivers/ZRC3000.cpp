@@ -2,6 +2,8 @@
 // stands in ZRC3000.md.
 #include "drivers/ModuleExport.h"
 #include "drivers/ProcessorBreakpoints.h"
+#include "drivers/ProcessorMemory.h"
+#include "drivers/ProcessorRun.h"
 #include "drivers/ProcessorUnit.h"
 #include "support/Errors.h"
 #include "support/Text.h"
@@ -107,7 +109,7 @@ public:
         return Guard([&] {
             text.clear();
             text = ToWide(argument == 0   ? Unit.TakeConsole()
-                          : argument == 1 ? Unit.StopText()
+                          : argument == 1 ? Running.StopText()
                           : argument == 2 ? std::to_string(Unit.Cycles())
                                           : std::string());
         });
@@ -200,10 +202,10 @@ public:
                        std::int32_t count, std::int32_t& result) noexcept override;
 
     Status SingleStep() noexcept override {
-        return Guard([&] { Unit.Step(1); });
+        return Guard([&] { Running.Step(1); });
     }
     Status RunSteps(std::int32_t count) noexcept override {
-        return Guard([&] { Unit.Step(count); });
+        return Guard([&] { Running.Step(count); });
     }
     Status ResetProcessor() noexcept override {
         return Guard([&] { Unit.Reset(); });
@@ -212,7 +214,10 @@ public:
         return Guard([&] { Unit.Pause(); });
     }
     Status ContinueProcessor() noexcept override {
-        return Guard([&] { Unit.Continue(); });
+        return Guard([&] { Running.Continue(); });
+    }
+    Status NotifyReleased() noexcept override {
+        return Guard([&] { Breakpoints.Release(); });
     }
     Status IsPaused(Bool32& value) noexcept override {
         return Guard([&] { value = ToBool32(Unit.Status().IsPaused()); });
@@ -233,10 +238,16 @@ public:
     }
     Status Find(std::int32_t space, std::int64_t address,
                 IVorelBreakpoint*& breakpoint) noexcept override {
-        return Give(breakpoint, Breakpoints.Find(space, address));
+        return Guard([&] {
+            breakpoint = nullptr;
+            breakpoint = Breakpoints.Find(space, address);
+        });
     }
     Status CountA(std::int32_t& count) noexcept override {
-        return Give(count, Breakpoints.Count());
+        return Guard([&] {
+            count = 0;
+            count = Breakpoints.Count();
+        });
     }
     Status CountB(std::int32_t& count) noexcept override { return Give(count, 0); }
     Status GetA(std::int32_t index, IVorelBreakpoint*& breakpoint) noexcept override {
@@ -251,7 +262,9 @@ public:
 
 private:
     TProcessorUnit Unit;
-    TProcessorBreakpoints Breakpoints{Unit};
+    TProcessorMemory Memory{Unit};
+    TProcessorRun Running{Unit, Memory};
+    TProcessorBreakpoints Breakpoints{Unit, Memory};
 };
 
 Status TProcessor::ReadMemory(std::int32_t index, std::uint32_t* buffer, std::int64_t address,
@@ -261,7 +274,7 @@ Status TProcessor::ReadMemory(std::int32_t index, std::uint32_t* buffer, std::in
         CheckBlock(index, buffer, address, count);
         const auto size = static_cast<std::uint32_t>(count);
         if (index == Ram) {
-            Unit.ReadBytes(buffer, static_cast<std::uint32_t>(address), size);
+            Memory.ReadBytes(buffer, static_cast<std::uint32_t>(address), size);
         } else {
             Unit.ReadMemory({buffer, size}, PeripheralAddress(address));
         }
@@ -276,7 +289,7 @@ Status TProcessor::WriteMemory(std::int32_t index, const std::uint32_t* buffer,
         CheckBlock(index, buffer, address, count);
         const auto size = static_cast<std::uint32_t>(count);
         if (index == Ram) {
-            Unit.WriteBytes(buffer, static_cast<std::uint32_t>(address), size);
+            Memory.WriteBytes(buffer, static_cast<std::uint32_t>(address), size);
         } else {
             Unit.WriteMemory({buffer, size}, PeripheralAddress(address));
         }

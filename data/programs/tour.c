@@ -1,18 +1,6 @@
 /* A tour of the processor: recursion, sorting, a checksum and texts on the console. main gives the
    number of results that are wrong. */
-#define CONSOLE (*(volatile unsigned *)0xFFFF0000u)
-
-static void PutText(const char *text) {
-    while (*text != 0) {
-        CONSOLE = (unsigned char)*text++;
-    }
-}
-
-static void PutHex(unsigned value) {
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        CONSOLE = (unsigned char)"0123456789ABCDEF"[value >> shift & 15];
-    }
-}
+#include "console.h"
 
 unsigned Fibonacci(unsigned n) {
     return n < 2 ? n : Fibonacci(n - 1) + Fibonacci(n - 2);
@@ -38,13 +26,6 @@ unsigned Crc32(const char *text) {
         }
     }
     return ~crc;
-}
-
-static int Report(const char *what, unsigned value, unsigned expected) {
-    PutText(what);
-    PutHex(value);
-    PutText(value == expected ? " ok\n" : " WRONG\n");
-    return value != expected;
 }
 
 static int items[] = {5, -3, 99, 0, 7, -3, 42, 1};

@@ -21,13 +21,20 @@ void Print(const std::string& text) {
     std::fflush(stdout);
 }
 
+// A long usage has its summary on a line of its own.
+std::string CommandLine(const std::string& usage, std::string_view summary) {
+    constexpr std::size_t column = 44;
+    const std::string gap = usage.size() > column ? "\n" + std::string(column + 2, ' ') : "";
+    return "  " + PadRight(usage, column) + gap + " " + std::string(summary);
+}
+
 std::string CommandList() {
     std::string text;
     for (const TDebugger::TCommand& command : TDebugger::Commands()) {
-        const std::string usage = std::string(command.Name) + " " + std::string(command.Usage);
-        text += "  " + PadRight(usage, 44) + " " + std::string(command.Summary) + "\n";
+        text += CommandLine(TDebugger::UsageOf(command.Name), command.Summary) + "\n";
     }
-    return text + "  " + PadRight("quit", 44) + " end the session";
+    return text + CommandLine("help", "list the commands") + "\n" +
+           CommandLine("quit", "end the session");
 }
 
 class TDebugCommand final : public ICommand {
@@ -41,11 +48,13 @@ public:
     }
     std::string_view Details() const override {
         static const std::string text =
-            "DEVICE is a name or a place on the soft chain; without it the first soft device is\n"
-            "taken. Addresses and values are hexadecimal, counts decimal. Commands:\n" +
+            "DEVICE is a name or a place on the chain; without it the first soft device is taken,\n"
+            "on a hard chain if there is none on a soft one. Addresses and values are hexadecimal, "
+            "counts decimal. Commands:\n" +
             CommandList() +
-            "\nA script holds a command in each line; lines that begin with # are comments. It "
-            "ends at\nthe first failure. Exit status: 0 all done, 1 a command failed.";
+            "\nA script holds a command in each line; lines that begin with # are comments and "
+            "are\n"
+            "shown. It ends at the first failure. Exit status: 0 all done, 1 a command failed.";
         return text;
     }
     std::vector<TOption> Options() const override {
@@ -67,11 +76,11 @@ public:
         std::string line;
         for (int number = 1; Ask(), std::getline(Input, line); ++number) {
             const std::vector<std::string> words = SplitCommandLine(line);
+            if (IsScript) {
+                Show(Trim(line), words.empty());
+            }
             if (words.empty()) {
                 continue;
-            }
-            if (IsScript) {
-                Print("> " + std::string(Trim(line)) + "\n");
             }
             if (words[0] == "quit") {
                 break;
@@ -85,6 +94,15 @@ public:
     }
 
 private:
+    // A comment opens a paragraph, unless it goes on with the one before.
+    void Show(std::string_view line, bool isComment) {
+        if (!isComment) {
+            Print("> " + std::string(line) + "\n");
+        } else if (!line.empty()) {
+            Print((InComment ? "" : "\n") + std::string(line) + "\n");
+        }
+        InComment = isComment && !line.empty();
+    }
     void Ask() const {
         if (!IsScript && isatty(STDIN_FILENO) != 0) {
             Print("debug> ");
@@ -98,6 +116,10 @@ private:
             return true;
         } catch (const ECommandFailure& failure) {
             std::fprintf(stderr, "%s\n", failure.what());
+            const std::string usage = TDebugger::UsageOf(words[0]);
+            if (failure.GetExitStatus() == ExitStatus::WrongUsage && !usage.empty()) {
+                std::fprintf(stderr, "usage: %s\n", usage.c_str());
+            }
         }
         return false;
     }
@@ -105,6 +127,7 @@ private:
     std::istream& Input;
     TDebugger& Debugger;
     bool IsScript;
+    bool InComment = false; // the line before was one
 };
 
 ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
@@ -123,7 +146,7 @@ ExitStatus TDebugCommand::Run(const TArguments& arguments) const {
     TSession session(arguments);
     TDebugTarget target(session, arguments.Words().empty() ? "" : arguments.Words()[0]);
     TDebugger debugger(session.Client(), target, ShowProgress);
-    Print(target.Name() + " at place " + std::to_string(target.Place()) + " of the soft chain\n");
+    Print(target.Name() + " at " + target.Place() + "\n");
     if (fileName) {
         debugger.SetFolder(std::filesystem::path(*fileName).parent_path());
         return TConversation(script, debugger, true).Run();
@@ -140,10 +163,9 @@ public:
     std::string_view Usage() const override { return UsageText; }
     std::string_view Summary() const override { return Command.Summary; }
     std::string_view Details() const override {
-        return "DEVICE is a name or a place on the soft chain. Addresses and values are "
-               "hexadecimal,\n"
-               "counts decimal. Each call connects anew, so on a "
-               "virtual\nboard it meets a fresh one; vorelctl debug keeps one connection.";
+        return "DEVICE is a name or a place on the chain. Addresses and values are hexadecimal,\n"
+               "counts decimal. Each call connects anew, so on a virtual board it meets a fresh\n"
+               "one; vorelctl debug keeps one connection.";
     }
     std::vector<TOption> Options() const override {
         std::vector<TOption> options = HardwareOptions();
@@ -186,9 +208,9 @@ ExitStatus TSingleCommand::Run(const TArguments& arguments) const {
         if (failure.GetExitStatus() != ExitStatus::WrongUsage) {
             throw;
         }
-        throw ECommandFailure(ExitStatus::WrongUsage,
-                              std::string(failure.what()) + "\nusage: vorelctl " +
-                                  std::string(Command.Name) + " " + UsageText);
+        throw ECommandFailure(ExitStatus::WrongUsage, std::string(failure.what()) +
+                                                          "\nusage: vorelctl " +
+                                                          std::string(Name()) + " " + UsageText);
     }
     return ExitStatus::Ok;
 }

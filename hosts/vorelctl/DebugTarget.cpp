@@ -51,8 +51,7 @@ TDebugTarget::TDebugTarget(TSession& session, const std::string& device) : Sessi
         if (found == False32) {
             continue;
         }
-        auto* const chain = Get<IJTagChannel*>([&](auto& v) { return port->GetSoftChain(v); });
-        if (chain != nullptr && Choose(*chain, device)) {
+        if (ChooseOnPort(*port, device)) {
             Port = port;
             PortName = ToUtf8(Get<WideText>([&](auto& v) { return port->GetName(v); }));
             return;
@@ -66,6 +65,21 @@ TDebugTarget::TDebugTarget(TSession& session, const std::string& device) : Sessi
 
 TDebugTarget::~TDebugTarget() {
     Session.Library().DeviceManager()->ReleaseDevice(Chosen);
+}
+
+// A cable has a single chain, the hard one, whatever hangs on it.
+bool TDebugTarget::ChooseOnPort(IJTagPort& port, const std::string& device) {
+    auto* const soft = Get<IJTagChannel*>([&](auto& v) { return port.GetSoftChain(v); });
+    if (soft != nullptr && Choose(*soft, device)) {
+        ChainName = "soft chain";
+        return true;
+    }
+    auto* const hard = Get<IJTagChannel*>([&](auto& v) { return port.GetHardChain(v); });
+    if (hard != nullptr && Choose(*hard, device)) {
+        ChainName = "hard chain";
+        return true;
+    }
+    return false;
 }
 
 bool TDebugTarget::Choose(IJTagChannel& chain, const std::string& device) {
@@ -118,17 +132,22 @@ void TDebugTarget::Reconnect() const {
         Get<IJTagDevice*>([&](auto& v) { return Chain->GetDevice(ChainIndex, v); });
     if (position == nullptr ||
         !SameText(ToUtf8(Get<WideText>([&](auto& v) { return position->GetName(v); })), Name())) {
-        Refuse(Name() + " is not at place " + std::to_string(ChainIndex) +
-               " of the soft chain any more.");
+        Refuse(Name() + " is not at place " + std::to_string(ChainIndex) + " of the " + ChainName +
+               " any more.");
     }
 }
 
+// A program may stop between two questions: a reason that was given counts.
 std::string TDebugTarget::StatusText() const {
-    auto state = ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
+    const auto ask = [&] {
+        return ToUtf8(Get<WideText>([&](auto& v) { return Chosen->GetStatusText(v); }));
+    };
+    std::string state = ask();
     const std::string reason = DriverText(1);
     if (reason.empty()) {
         return state;
     }
+    state = ask();
     return reason.starts_with(state) ? reason : state + ": " + reason;
 }
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "hosts/vorelctl/Session.h"
+#include "vorel/Ports.h"
 #include "vorel/VorelDevice.h"
 
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vorel::host {
@@ -16,8 +18,9 @@ namespace vorel::host {
 // fails.
 class TDebugTarget {
 public:
-    // `device` is a name (without case) or a place on the soft chain; without one, the first device
-    // with registers or a memory. ECommandFailure when there is none.
+    // `device` is a name (without case) or a place on the chain; without one, the first device with
+    // registers or a memory. Soft chains are looked at before hard ones, which may carry such
+    // devices behind a cable with a single chain. ECommandFailure when there is none.
     TDebugTarget(TSession& session, const std::string& device);
     ~TDebugTarget();
     TDebugTarget(const TDebugTarget&) = delete;
@@ -25,7 +28,10 @@ public:
 
     IVorelDevice& Device() const noexcept { return *Chosen; }
     std::string Name() const;
-    std::int32_t Place() const noexcept { return ChainIndex; }
+    // "place 0 of the soft chain"
+    std::string Place() const {
+        return "place " + std::to_string(ChainIndex) + " of the " + ChainName;
+    }
     // "Running", "Paused" or "Reset", with the reason of the stop where the driver tells one.
     std::string StatusText() const;
     bool IsRunning() const;
@@ -60,6 +66,7 @@ public:
     void Reconnect() const;
 
 private:
+    bool ChooseOnPort(IJTagPort& port, const std::string& device);
     bool Choose(IJTagChannel& chain, const std::string& device);
 
     TSession& Session;
@@ -68,6 +75,7 @@ private:
     IJTagChannel* Chain = nullptr;
     IVorelDevice* Chosen = nullptr;
     std::int32_t ChainIndex = -1;
+    std::string ChainName;
 };
 
 } // namespace vorel::host

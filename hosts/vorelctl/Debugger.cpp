@@ -42,8 +42,8 @@ std::int64_t ReadCount(const std::string& text, std::int64_t most) {
 
 void Expect(const TDebugger::TWords& words, std::size_t least, std::size_t most) {
     if (words.size() < least || words.size() > most) {
-        Misuse(words.size() < least ? "Something is missing; see help."
-                                    : "\"" + words[most] + "\" is too much; see help.");
+        Misuse(words.size() < least ? "Something is missing."
+                                    : "\"" + words[most] + "\" is too much.");
     }
 }
 
@@ -78,6 +78,25 @@ const std::vector<TDebugger::TCommand>& TDebugger::Commands() {
     return commands;
 }
 
+namespace {
+
+const TDebugger::TCommand* FindCommand(std::string_view name) {
+    const auto& commands = TDebugger::Commands();
+    const auto hit = std::find_if(commands.begin(), commands.end(),
+                                  [&](const auto& c) { return SameText(c.Name, name); });
+    return hit != commands.end() ? &*hit : nullptr;
+}
+
+} // namespace
+
+std::string TDebugger::UsageOf(std::string_view command) {
+    const TCommand* const hit = FindCommand(command);
+    if (hit == nullptr) {
+        return {};
+    }
+    return std::string(hit->Name) + (hit->Usage.empty() ? "" : " ") + std::string(hit->Usage);
+}
+
 std::vector<TOption> TDebugger::OptionsOf(std::string_view command) {
     if (command == "load") {
         return {{"--address", "A", "add this to all addresses of the file"},
@@ -91,11 +110,9 @@ std::vector<TOption> TDebugger::OptionsOf(std::string_view command) {
 }
 
 std::string TDebugger::Execute(const std::string& name, const TWords& words) {
-    const auto& commands = Commands();
-    const auto hit = std::find_if(commands.begin(), commands.end(),
-                                  [&](const TCommand& c) { return SameText(c.Name, name); });
-    if (hit == commands.end()) {
-        Misuse("There is no command \"" + name + "\"; see help.");
+    const TCommand* const hit = FindCommand(name);
+    if (hit == nullptr) {
+        Misuse("There is no command \"" + name + "\"; help lists them.");
     }
     if (hit->NeedsProcessor && !Target.IsProcessor()) {
         throw ECommandFailure(ExitStatus::NothingFound, Target.Name() + " is no processor.");
@@ -205,12 +222,24 @@ std::string TDebugger::Regs(const TWords& words) {
         return SameText(r.Name, name) || SameText(r.Alias, name);
     });
     if (hit == registers.end()) {
-        Misuse("There is no register \"" + name + "\".");
+        Misuse("There is no register \"" + name + "\"; regs shows them all.");
     }
     if (equals != std::string::npos) {
-        Check(hit->Handle->WriteText(ToWide(words[0].substr(equals + 1))), "Writing the register");
+        WriteRegister(*hit, words[0].substr(equals + 1));
     }
     return textOf(*hit) + "\n";
+}
+
+void TDebugger::WriteRegister(const TDebugTarget::TRegister& place, const std::string& value) {
+    if (Target.IsRunning()) {
+        throw ECommandFailure(ExitStatus::NothingFound,
+                              "The processor runs; registers can be written when it is paused.");
+    }
+    const vorel::Status status = place.Handle->WriteText(ToWide(value));
+    if (status == StatusBadArgument) {
+        Misuse("\"" + value + "\" is no value for " + place.Name + ".");
+    }
+    Check(status, "Writing the register");
 }
 
 std::string TDebugger::Mem(const TWords& words) {
@@ -269,7 +298,7 @@ std::string TDebugger::Break(const TWords& words) {
         Breakpoints.clear();
         return {};
     }
-    Misuse("break takes add ADDRESS, remove ADDRESS, list or clear.");
+    Misuse("\"" + words[0] + "\" is none of these, or its address is missing or too much.");
 }
 
 std::int64_t TDebugger::BreakpointLocation(std::int64_t address) const {
@@ -308,10 +337,17 @@ std::string TDebugger::RemoveBreakpoint(std::int64_t address) {
     return {};
 }
 
+// Addresses are not told of breakpoints that were there before.
 std::string TDebugger::ListBreakpoints() const {
     std::string text;
     for (const std::int64_t address : Breakpoints) {
         text += Address(address) + "\n";
+    }
+    std::int32_t count = 0;
+    Check(Target.Device().GetBreakpointCount(count), "Counting the breakpoints");
+    const std::int64_t others = count - static_cast<std::int64_t>(Breakpoints.size());
+    if (others > 0) {
+        text += std::to_string(others) + " of an earlier session; clear removes them, too.\n";
     }
     return text.empty() ? "No breakpoints.\n" : text;
 }

@@ -31,6 +31,8 @@ public:
         : Host(host), Target(target), Progress(std::move(progress)) {}
 
     static const std::vector<TCommand>& Commands();
+    // A command's name and what stands behind it; empty when there is no such command.
+    static std::string UsageOf(std::string_view command);
 
     // The options of a command; --write stands last, since all words behind it are values.
     static std::vector<TOption> OptionsOf(std::string_view command);
@@ -59,6 +61,7 @@ private:
     std::string Console(const TWords& words);
     std::string Reconnect(const TWords& words);
 
+    void WriteRegister(const TDebugTarget::TRegister& place, const std::string& value);
     std::string WriteMemory(std::int64_t address, std::size_t size, const TWords& values);
     std::string AddBreakpoint(std::int64_t address);
     std::string RemoveBreakpoint(std::int64_t address);

@@ -150,9 +150,8 @@ TEST_F(ObjectFiles, ThatCannotBeTakenSayWhy) {
         EXPECT_EQ(Told("object " + c.File), c.Told);
         EXPECT_EQ(Told("load 0 " + c.File), c.Told);
     }
-    EXPECT_EQ(Told("load 0"),
-              "2 vorelctl: Something is missing; see help.\nusage: vorelctl load DEVICE FILE "
-              "[--address A] [--verify]\n");
+    EXPECT_EQ(Told("load 0"), "2 vorelctl: Something is missing.\nusage: vorelctl load DEVICE FILE "
+                              "[--address A] [--verify]\n");
     EXPECT_EQ(Run("object").ExitStatus, 2);
     EXPECT_EQ(Run("object a b").ExitStatus, 2);
 }

@@ -123,10 +123,15 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
     EXPECT_EQ(RunVorelctl("scan --record /tmp/").ExitStatus, 2);
 }
 
+// The scripts of the shipped programs; each ends with its number of wrong results, 0.
 TEST(Vorelctl, RunsADebuggingScript) {
-    const TRun run = RunVorelctl("debug --script " VOREL_TREE "/programs/tour.debug");
-    EXPECT_EQ(run.Output, ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/debug_tour.txt"));
-    EXPECT_EQ(run.ExitStatus, 0);
+    for (const std::string name : {"algorithms", "numbers", "tour"}) {
+        const TRun run = RunVorelctl("debug --script " VOREL_TREE "/programs/" + name + ".debug");
+        EXPECT_EQ(run.Output,
+                  ReadFile(VOREL_SOURCE_DIR "/tests/hosts/golden/debug_" + name + ".txt"));
+        EXPECT_TRUE(run.Output.ends_with("> regs v0\nv0   00000000\n")) << name;
+        EXPECT_EQ(run.ExitStatus, 0) << name;
+    }
 }
 
 // One line of a session on the board's devices, and what it says.
@@ -140,7 +145,10 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
     };
     const Case cases[] = {
         {"ZRC3000", "regs r29=0xFFFC0\nregs sp", "sp   000FFFC0"},
-        {"0", "regs SP=xyz", "Writing the register"},
+        {"0", "regs SP=xyz", "\"xyz\" is no value for sp.\nusage: regs [NAME[=VALUE]]\n"},
+        {"0", "regs r77", "There is no register \"r77\"; regs shows them all."},
+        {"0", "mem 0 --width 32 --write 1000FFFF 0\nrun\nregs a0=1", "The processor runs;"},
+        {"0", "BREAK add", "usage: break add ADDRESS | remove ADDRESS | list | clear\n"},
         {"0", "mem FFFFE --write 12 34\nmem FFFFC 1 --width 32", "000FFFFC  00001234"},
         {"0", "mem FFFFF 2", "The memory ends at 00100000."},
         {"0", "mem 0 --write 100", "\"100\" does not fit in 8 bits."},
@@ -214,10 +222,10 @@ TEST_F(VorelctlUnplugged, AScriptEndsWithWhatFailedOnWhichDevice) {
          {"ZRC3000: Reading the memory at 000", gone, "The script ends at its line 1."}},
         {"write 300 back", Load, 1, {"ZRC3000: Writing the memory at 000", "ends at its line 1"}},
         {"write 999999",
-         "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10",
+         "break add 0\nbreak add 4\nbreak add 8\nbreak add C\nbreak add 10\nbreak add 100000",
          1,
          {"Error: A request for a hardware breakpoint could not be satisfied!",
-          "ZRC3000 can have no breakpoint at 00000010.", "The script ends at its line 5."}},
+          "ZRC3000 can have no breakpoint at 00100000.", "The script ends at its line 6."}},
     };
     for (const Case& c : cases) {
         const TRun run = Debug(c.Unplug, c.Lines, "--script s.debug");
@@ -313,6 +321,7 @@ TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
         {"status zrc3000", 0, "Reset"},
         {"mem 1 0 --width 32 --write 1 2", 0, ""},
         {"regs", 2, "needs a device"},
+        {"step 0 x", 2, "\"x\" is no number from 1 to 100000000.\nusage: vorelctl step DEVICE [N]"},
         {"scan --scene /nowhere.ini", 3, "/nowhere.ini"},
         {"scan --bitbang 127.0.0.1:1", 3, "127.0.0.1:1: Connection refused"},
         {"scan --bitbang nonsense", 3, "HOST:PORT"},

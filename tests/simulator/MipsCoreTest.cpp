@@ -69,14 +69,32 @@ TEST(MipsCore, ComputesKnownAnswers) {
         {"sltu is not", Special(0x2B), Min, 1, 3, 0},
         {"mult high", Special(0x18), 0xFFFFFFFE, 3, TMipsCore::HiIndex, 0xFFFFFFFF},
         {"mult low", Special(0x18), 0xFFFFFFFE, 3, TMipsCore::LoIndex, 0xFFFFFFFA},
+        {"mult of negatives", Special(0x18), 0xFFFFFFFE, 0xFFFFFFFD, TMipsCore::LoIndex, 6},
+        {"mult of negatives, high", Special(0x18), 0xFFFFFFFE, 0xFFFFFFFD, TMipsCore::HiIndex, 0},
+        {"mult of the smallest", Special(0x18), Min, Min, TMipsCore::HiIndex, 0x40000000},
         {"multu high", Special(0x19), 0xFFFFFFFE, 3, TMipsCore::HiIndex, 2},
+        {"multu low", Special(0x19), 0xFFFFFFFE, 3, TMipsCore::LoIndex, 0xFFFFFFFA},
+        {"multu of the smallest", Special(0x19), Min, Min, TMipsCore::HiIndex, 0x40000000},
+        {"mthi", Special(0x11), 0x12345678, 0, TMipsCore::HiIndex, 0x12345678},
+        {"mtlo", Special(0x13), 0x12345678, 0, TMipsCore::LoIndex, 0x12345678},
         {"div rounds to 0", Special(0x1A), 0xFFFFFFF9, 2, TMipsCore::LoIndex, 0xFFFFFFFD},
         {"div remainder", Special(0x1A), 0xFFFFFFF9, 2, TMipsCore::HiIndex, 0xFFFFFFFF},
+        {"div by a negative", Special(0x1A), 7, 0xFFFFFFFE, TMipsCore::LoIndex, 0xFFFFFFFD},
+        {"its remainder has the dividend's sign", Special(0x1A), 7, 0xFFFFFFFE, TMipsCore::HiIndex,
+         1},
+        {"div of negatives", Special(0x1A), 0xFFFFFFF9, 0xFFFFFFFE, TMipsCore::LoIndex, 3},
+        {"div overflows without rest", Special(0x1A), Min, 0xFFFFFFFF, TMipsCore::HiIndex, 0},
         {"div overflows", Special(0x1A), Min, 0xFFFFFFFF, TMipsCore::LoIndex, Min},
         {"div by 0", Special(0x1A), 9, 0, TMipsCore::HiIndex, 9},
+        {"div of a negative by 0", Special(0x1A), 0xFFFFFFF7, 0, TMipsCore::LoIndex, 0xFFFFFFFF},
+        {"divu by 0", Special(0x1B), 9, 0, TMipsCore::LoIndex, 0xFFFFFFFF},
+        {"divu remainder by 0", Special(0x1B), 0xFFFFFFF9, 0, TMipsCore::HiIndex, 0xFFFFFFF9},
+        {"divu remainder", Special(0x1B), 0xFFFFFFF9, 10, TMipsCore::HiIndex, 9},
         {"divu", Special(0x1B), 0xFFFFFFF9, 2, TMipsCore::LoIndex, 0x7FFFFFFC},
         {"addi", Immediate(0x08, 0xFFFF), 5, 0, 1, 4},
         {"addiu", Immediate(0x09, 0x8000), 0, 0, 1, 0xFFFF8000},
+        {"sltu of equals", Special(0x2B), 5, 5, 3, 0},
+        {"slti of equals", Immediate(0x0A, 0xFFFE), 0xFFFFFFFE, 0, 1, 0},
         {"slti", Immediate(0x0A, 0xFFFF), 0xFFFFFFFE, 0, 1, 1},
         {"sltiu compares the extended value", Immediate(0x0B, 0xFFFF), 5, 0, 1, 1},
         {"andi", Immediate(0x0C, 0xFF0F), 0xFFFFFFFF, 0, 1, 0xFF0F},
@@ -88,8 +106,14 @@ TEST(MipsCore, ComputesKnownAnswers) {
         {"lh", Immediate(0x21, 0), 0x100, 0, 1, 0xFFFF8192},
         {"lhu", Immediate(0x25, 2), 0x100, 0, 1, 0xA3B4},
         {"lw", Immediate(0x23, 0xFFFC), 0x104, 0, 1, 0x8192A3B4},
-        {"lwl", Immediate(0x22, 1), 0x100, 0x11223344, 1, 0x92A3B444},
-        {"lwr", Immediate(0x26, 1), 0x100, 0x11223344, 1, 0x11228192},
+        {"lwl 0", Immediate(0x22, 0), 0x100, 0x11223344, 1, 0x8192A3B4},
+        {"lwl 1", Immediate(0x22, 1), 0x100, 0x11223344, 1, 0x92A3B444},
+        {"lwl 2", Immediate(0x22, 2), 0x100, 0x11223344, 1, 0xA3B43344},
+        {"lwl 3", Immediate(0x22, 3), 0x100, 0x11223344, 1, 0xB4223344},
+        {"lwr 0", Immediate(0x26, 0), 0x100, 0x11223344, 1, 0x11223381},
+        {"lwr 1", Immediate(0x26, 1), 0x100, 0x11223344, 1, 0x11228192},
+        {"lwr 2", Immediate(0x26, 2), 0x100, 0x11223344, 1, 0x118192A3},
+        {"lwr 3", Immediate(0x26, 3), 0x100, 0x11223344, 1, 0x8192A3B4},
         {"r0 stays 0", Immediate(0x0D, 7, 2, 0), 0, 0, 0, 0},
     };
     for (const Case& c : cases) {
@@ -110,8 +134,13 @@ TEST(MipsCore, StoresPartsOfWords) {
         unsigned Offset;
         std::uint32_t Word;
     };
-    const Case cases[] = {{0x28, 2, 0xAABB44DD}, {0x29, 0, 0x3344CCDD}, {0x2B, 0, 0x11223344},
-                          {0x2A, 1, 0xAA112233}, {0x2E, 1, 0x3344CCDD}, {0x2E, 3, 0x11223344}};
+    const Case cases[] = {
+        {0x28, 0, 0x44BBCCDD}, {0x28, 2, 0xAABB44DD}, {0x29, 0, 0x3344CCDD}, // SB, SH
+        {0x29, 2, 0xAABB3344}, {0x2B, 0, 0x11223344},                        // SH, SW
+        {0x2A, 0, 0x11223344}, {0x2A, 1, 0xAA112233}, {0x2A, 2, 0xAABB1122}, // SWL
+        {0x2A, 3, 0xAABBCC11}, {0x2E, 0, 0x44BBCCDD}, {0x2E, 1, 0x3344CCDD}, // SWL, SWR
+        {0x2E, 2, 0x223344DD}, {0x2E, 3, 0x11223344},                        // SWR
+    };
     for (const Case& c : cases) {
         TMachine machine;
         machine.Put(0, {Immediate(c.Op, c.Offset)});
@@ -136,16 +165,27 @@ TEST(MipsCore, BranchesAfterTheDelaySlot) {
         {"beq", Immediate(0x04, 4), 7, 7, 0x54, 0},
         {"beq not", Immediate(0x04, 4), 7, 8, 0x48, 0},
         {"bne back", Immediate(0x05, 0xFFF0), 7, 8, 0x04, 0},
+        {"bne not", Immediate(0x05, 4), 7, 7, 0x48, 0},
         {"blez", Immediate(0x06, 4, 2, 0), 0, 0, 0x54, 0},
+        {"blez of a negative", Immediate(0x06, 4, 2, 0), 0x80000000, 0, 0x54, 0},
+        {"blez not", Immediate(0x06, 4, 2, 0), 1, 0, 0x48, 0},
+        {"bgtz", Immediate(0x07, 4, 2, 0), 1, 0, 0x54, 0},
+        {"bgtz of 0", Immediate(0x07, 4, 2, 0), 0, 0, 0x48, 0},
         {"bgtz not", Immediate(0x07, 4, 2, 0), 0x80000000, 0, 0x48, 0},
         {"bltz", Immediate(0x01, 4, 2, 0), 0x80000000, 0, 0x54, 0},
+        {"bltz not", Immediate(0x01, 4, 2, 0), 0, 0, 0x48, 0},
         {"bgez", Immediate(0x01, 4, 2, 1), 0, 0, 0x54, 0},
+        {"bgez not", Immediate(0x01, 4, 2, 1), 0x80000000, 0, 0x48, 0},
+        {"bltzal", Immediate(0x01, 4, 2, 16), 0x80000000, 0, 0x54, 0x48},
+        {"bgezal not", Immediate(0x01, 4, 2, 17), 0x80000000, 0, 0x48, 0x48},
+        {"the furthest back", Immediate(0x04, 0x8000), 7, 7, 0xFFFE0044, 0},
         {"bltzal links all the same", Immediate(0x01, 4, 2, 16), 1, 0, 0x48, 0x48},
         {"bgezal", Immediate(0x01, 4, 2, 17), 1, 0, 0x54, 0x48},
         {"j", 0x02U << 26 | 0x80, 0, 0, 0x200, 0},
         {"jal", 0x03U << 26 | 0x80, 0, 0, 0x200, 0x48},
         {"jr", Special(0x08), 0x300, 0, 0x300, 0},
         {"jalr", 2U << 21 | 31U << 11 | 0x09, 0x300, 0, 0x300, 0x48},
+        {"jr to an odd address", Special(0x08), 0x302, 0, 0x302, 0},
     };
     for (const Case& c : cases) {
         TMachine machine;
@@ -171,7 +211,19 @@ TEST(MipsCore, TrapsLeaveTheInstructionUndone) {
         {Special(0x0C), 0, Trap::Syscall, 4},
         {Special(0x0D), 0, Trap::Break, 0},
         {Special(0x20), 0x7FFFFFFF, Trap::Overflow, 0},
+        {Special(0x22), 0x80000000, Trap::Overflow, 0},
+        {Immediate(0x08, 1), 0x7FFFFFFF, Trap::Overflow, 0},
+        {Immediate(0x08, 0xFFFF), 0x80000000, Trap::Overflow, 0},
         {Immediate(0x23, 2), 0, Trap::AddressLoad, 0},
+        {Immediate(0x21, 0), 0x101, Trap::AddressLoad, 0},
+        {Immediate(0x25, 0), 0x103, Trap::AddressLoad, 0},
+        {Immediate(0x2B, 0), 0x102, Trap::AddressStore, 0},
+        {Immediate(0x23, 0), 0x200001, Trap::AddressLoad, 0}, // before the memory is asked
+        {Immediate(0x22, 1), 0x100000, Trap::BusData, 0},
+        {Immediate(0x26, 1), 0x100000, Trap::BusData, 0},
+        {Immediate(0x2A, 1), 0x100000, Trap::BusData, 0},
+        {Immediate(0x2E, 1), 0x100000, Trap::BusData, 0},
+        {Immediate(0x20, 0), 0xFFFFFFFF, Trap::BusData, 0},
         {Immediate(0x29, 1), 0, Trap::AddressStore, 0},
         {Immediate(0x23, 0), 0x100000, Trap::BusData, 0},
         {Immediate(0x28, 0), 0xFFFF0000, Trap::BusData, 0},
@@ -180,7 +232,11 @@ TEST(MipsCore, TrapsLeaveTheInstructionUndone) {
         {Special(0x3F), 0, Trap::Instruction, 0},
         {Special(0x1F), 0, Trap::Instruction, 0},
         {Immediate(0x01, 0, 2, 2), 0, Trap::Instruction, 0},
+        {Immediate(0x14, 0), 0, Trap::Instruction, 0},
+        {Immediate(0x27, 0), 0, Trap::Instruction, 0},
+        {Immediate(0x31, 0), 0, Trap::Instruction, 0},
         {0x40000000, 0, Trap::Coprocessor, 0},
+        {0x4C000000, 0, Trap::Coprocessor, 0},
     };
     for (const Case& c : cases) {
         TMachine machine;
@@ -199,6 +255,57 @@ TEST(MipsCore, TrapsLeaveTheInstructionUndone) {
         EXPECT_EQ(machine.Steps(1), trap);
         EXPECT_EQ(machine.Core.TrapAddress(), address);
     }
+}
+
+TEST(MipsCore, ALoadedValueIsThereAtOnce) {
+    TMachine machine;
+    machine.Put(0, {Immediate(0x23, 0x100, 0), Special(0x21)}); // lw r1; addu r3, r2, r1
+    machine.Put(0x100, {0x12340000});
+    machine.Core.SetRegister(2, 0x5678);
+    machine.Steps(2);
+    EXPECT_EQ(machine.Core.Register(3), 0x12345678U);
+}
+
+TEST(MipsCore, ATrapInADelaySlotKeepsTheBranch) {
+    TMachine machine;
+    machine.Put(0x40, {0x02U << 26 | 0x80, Special(0x0D)}); // j 200; break
+    machine.Core.SetProgramCounter(0x40);
+    EXPECT_EQ(machine.Steps(2), Trap::Break);
+    EXPECT_EQ(machine.Core.ProgramCounter(), 0x44U);
+    machine.Put(0x44, {SetR3(5)});
+    EXPECT_EQ(machine.Steps(1), Trap::None);
+    EXPECT_EQ(machine.Core.ProgramCounter(), 0x200U);
+
+    machine.Core.SetProgramCounter(0x40);
+    machine.Steps(1);
+    machine.Core.SetProgramCounter(0x44);
+    machine.Steps(1);
+    EXPECT_EQ(machine.Core.ProgramCounter(), 0x48U) << "a written PC forgets it";
+}
+
+TEST(MipsCore, JumpsUseWhatARegisterHeldBefore) {
+    TMachine machine;
+    machine.Put(0x40, {31U << 21 | 31U << 11 | 0x09, 0}); // jalr r31, r31
+    machine.Core.SetProgramCounter(0x40);
+    machine.Core.SetRegister(31, 0x300);
+    machine.Steps(2);
+    EXPECT_EQ(machine.Core.ProgramCounter(), 0x300U);
+    EXPECT_EQ(machine.Core.Register(31), 0x48U);
+
+    machine.Put(0x60, {Immediate(0x01, 4, 31, 16), 0}); // bltzal r31
+    machine.Core.SetProgramCounter(0x60);
+    machine.Core.SetRegister(31, 0x80000000);
+    machine.Steps(2);
+    EXPECT_EQ(machine.Core.ProgramCounter(), 0x74U);
+    EXPECT_EQ(machine.Core.Register(31), 0x68U);
+}
+
+TEST(MipsCore, AStoredInstructionCountsFromTheNextOneOn) {
+    TMachine machine;
+    machine.Put(0, {Immediate(0x2B, 4, 0), SetR3(1)}); // sw r1, 4(r0) over what follows
+    machine.Core.SetRegister(1, SetR3(2));
+    machine.Steps(2);
+    EXPECT_EQ(machine.Core.Register(3), 2U);
 }
 
 TEST(MipsCore, WaitsForAFullConsole) {
