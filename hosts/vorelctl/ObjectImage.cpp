@@ -120,6 +120,9 @@ TObjectImage ReadObjectImage(IHostClient& host, const std::string& fileName) {
         Append(image, bytes, count, address);
     };
     const bool loaded = LoadObjectFileAsBytes(host, fileName, take, &report);
+    if (report.Misplaced) {
+        Fail(fileName + " was not loaded. " + report.Remark);
+    }
     CheckDelivery(host, fileName, loaded, report);
     return image;
 }

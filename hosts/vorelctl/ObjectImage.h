@@ -31,7 +31,7 @@ void CheckDelivery(IHostClient& host, const std::string& fileName, bool loaded,
                    const TObjectFileReport& report);
 
 // Reads Intel Hex (by the extension .hex), ELF or binary. The reader's messages go to the host.
-// ECommandFailure as CheckDelivery.
+// ECommandFailure as CheckDelivery, and for data that came to other addresses than the file says.
 TObjectImage ReadObjectImage(IHostClient& host, const std::string& fileName);
 
 // All blocks, `offset` added to their addresses. Nothing is written when one of them does not fit.

@@ -243,7 +243,7 @@ bool THexLoader::LoadToImage(TMemoryImage& image, std::uint32_t wordSize) {
     return good;
 }
 
-void THexLoader::DeliverSegments(const THexRecords& list, const TByteConsumer& consumer) const {
+void THexLoader::DeliverSegments(const THexRecords& list, const TByteConsumer& consumer) {
     TSegment segment;
     for (const THexRecord& record : list) {
         if (record.RecordType == THexRecord::DataRecord) {
@@ -254,6 +254,9 @@ void THexLoader::DeliverSegments(const THexRecords& list, const TByteConsumer& c
             }
             segment.Restart((std::uint32_t{record.DataAt(0)} << 24U) |
                             (std::uint32_t{record.DataAt(1)} << 16U));
+        } else if (record.RecordType == THexRecord::ExtendedSegmentAddress &&
+                   (record.DataAt(0) | record.DataAt(1)) != 0) {
+            ++IgnoredSegments;
         }
     }
     segment.Deliver(consumer);
@@ -264,6 +267,7 @@ bool THexLoader::LoadToConsumer(const TByteConsumer& consumer) {
         return false;
     }
     ErrorCount = 0;
+    IgnoredSegments = 0;
     THexRecords list;
     if (!ReadRecords(list, true)) {
         ShowFailure();

@@ -20,6 +20,7 @@ namespace vorel {
 class THexRecord {
 public:
     static constexpr std::uint8_t DataRecord = 0;
+    static constexpr std::uint8_t ExtendedSegmentAddress = 2;
     static constexpr std::uint8_t ExtendedLinearAddress = 4;
 
     // Parses a line without its line end: ':', count, address, type, data, checksum. Characters
@@ -74,6 +75,9 @@ public:
 
     // Lines that failed.
     std::int32_t ErrorCount = 0;
+    // Of a delivery: extended segment addresses other than 0. They are not applied, so the data
+    // behind them came lower than the file says.
+    std::int32_t IgnoredSegments = 0;
     // Of an image: one above the record address plus the word's place in the record, at its
     // highest.
     std::uint32_t MaxAddress = 0;
@@ -81,7 +85,7 @@ public:
 private:
     bool TakeLines();
     void WriteToImage(const THexRecord& record, TMemoryImage& image, std::uint32_t wordSize);
-    void DeliverSegments(const THexRecords& list, const TByteConsumer& consumer) const;
+    void DeliverSegments(const THexRecords& list, const TByteConsumer& consumer);
     void ShowFailure() const;
 
     IHostClient& Host;

@@ -18,13 +18,26 @@ std::string_view ExtensionOf(std::string_view fileName) {
     return dot == std::string_view::npos ? std::string_view{} : name.substr(dot);
 }
 
+bool LoadHexWithReport(IHostClient& host, const std::string& fileName,
+                       const TByteConsumer& consumer, TObjectFileReport& report) {
+    THexLoader loader(host, fileName);
+    const bool good = loader.LoadToConsumer(consumer);
+    report.Misplaced = good && loader.IgnoredSegments > 0;
+    if (report.Misplaced) {
+        report.Remark = "The file has extended segment addresses (record type 02), which are not "
+                        "applied, so data from above 64 KiB lie below it. Use a file with linear "
+                        "addresses (record type 04), a stripped ELF file or a binary one.";
+    }
+    return good;
+}
+
 bool LoadAs(TObjectFileFormat format, IHostClient& host, const std::string& fileName,
-            const TByteConsumer& consumer, std::string& remark) {
+            const TByteConsumer& consumer, TObjectFileReport& report) {
     switch (format) {
     case TObjectFileFormat::IntelHex:
-        return LoadHexAsBytes(host, fileName, consumer);
+        return LoadHexWithReport(host, fileName, consumer, report);
     case TObjectFileFormat::Elf:
-        return LoadElfAsBytes(host, fileName, consumer, &remark);
+        return LoadElfAsBytes(host, fileName, consumer, &report.Remark);
     case TObjectFileFormat::Binary:
         break;
     }
@@ -61,7 +74,7 @@ bool LoadObjectFileAsBytes(IHostClient& host, const std::string& fileName,
             consumer(bytes, count, address);
         };
     }
-    const bool good = LoadAs(result.Format, host, fileName, counting, result.Remark);
+    const bool good = LoadAs(result.Format, host, fileName, counting, result);
     const std::string obstacle = result.BlockCount == 0 ? WhyUnreadable(fileName) : "";
     result.Readable = obstacle.empty();
     if (!result.Readable) {

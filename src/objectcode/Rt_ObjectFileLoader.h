@@ -22,8 +22,9 @@ struct TObjectFileReport {
     bool Readable = false;       // the file exists and could be opened
     std::int64_t BlockCount = 0; // blocks with at least one byte
     std::int64_t ByteCount = 0;  // bytes in them
-    // Why nothing, or not all, was delivered as far as the messages do not tell, and the remedy;
-    // empty when all is well. One or two sentences.
+    bool Misplaced = false;      // data came to other addresses than the file says
+    // Why nothing, not all, or the wrong thing was delivered as far as the messages do not tell,
+    // and the remedy; empty when all is well. One or two sentences.
     std::string Remark;
 };
 

@@ -156,6 +156,21 @@ TEST_F(ObjectFiles, ThatCannotBeTakenSayWhy) {
     EXPECT_EQ(Run("object a b").ExitStatus, 2);
 }
 
+// As GNU objcopy writes images above 64 KiB.
+TEST_F(ObjectFiles, WithSegmentAddressesAreNotLoadedToWrongPlaces) {
+    const std::string first = HexLine(2, 0, {0, 0}) + HexLine(0, 0, {1, 2, 3, 4});
+    const std::string file =
+        Write("far.hex", first + HexLine(2, 0, {0x10, 0}) + HexLine(0, 0, {5, 6, 7, 8}));
+    const TRun load = Run("load 0 --verify " + file);
+    EXPECT_EQ(load.ExitStatus, 1);
+    EXPECT_THAT(load.Output, HasSubstr("was not loaded. The file has extended segment addresses"));
+    const TRun object = Run("object " + file);
+    EXPECT_EQ(object.ExitStatus, 0);
+    EXPECT_THAT(object.Output, HasSubstr("Warning: The file has extended segment addresses"));
+    EXPECT_EQ(Told("load 0 --verify " + Write("near.hex", first)),
+              "0 Loaded 4 bytes in 1 block.\nVerified.\n");
+}
+
 TEST_F(ObjectFiles, AreLoadedAsAWholeOrNotAtAll) {
     const auto debug = [&](const std::string& file, const std::string& words) {
         return Run("debug 1 2>&1 <<'END'\nload " + file + words + "\nmem 0 4\nEND\n:").Output;
