@@ -87,6 +87,21 @@ public:
     void Row(Operation operation, const char* calls, const Neutral&... neutral) {
         Rows(operation, calls, "", neutral...);
     }
+    // Rows that follow each other, each a plain forward to the driver's entries from `entry` on.
+    template<class Neutral, class... Operations>
+    void Forwards(int entry, const Neutral& neutral, Operations... operations) {
+        (Row(operations, ("d" + std::to_string(entry++)).c_str(), neutral), ...);
+    }
+    // The same with operations that give nothing back.
+    template<class... Operations>
+    void Commands(int entry, Operations... operations) {
+        (Row(operations, ("d" + std::to_string(entry++)).c_str()), ...);
+    }
+    // Rows of operations that ask nobody.
+    template<class Neutral, class... Operations>
+    void Constants(const Neutral& neutral, Operations... operations) {
+        (Row(operations, "", neutral), ...);
+    }
     // An operation that is no forward: without a driver it makes the same or other calls.
     template<class Operation, class... Neutral>
     void Rows(Operation operation, const char* drivenCalls, const char* bareCalls,

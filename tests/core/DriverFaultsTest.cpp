@@ -76,10 +76,13 @@ TEST_F(DriverFaults, AHaltThatFailsCountsAndIsEndedWithoutLettingTheProcessorRun
 TEST_F(DriverFaults, ABlockReadThatFailsLeavesHaltAndLockForItsCaller) {
     TVorelDevice device(Host, Dialogs, Driver.Get());
     TMemorySpace space(0, device);
-    ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
     const auto read = [&] { return Told([&] { return space.ReadBlock(nullptr, 0, 0); }); };
+    const auto write = [&] { return Told([&] { return space.WriteBlock(nullptr, 0, 0); }); };
     const auto begin = [&] { return Told([&] { return device.BeginHalt(); }); };
+    EXPECT_EQ(read(), "ok: d81") << "no channel and no halt";
+    ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(begin(), "ok: d101 d102 d98");
+    EXPECT_EQ(write(), "ok: c3 d82 c4");
     Channel.FailAt(3, Failure);
     EXPECT_EQ(read(), "failed: c3") << "a chain that does not open is not read";
     Channel.FailNowhere();
@@ -89,6 +92,7 @@ TEST_F(DriverFaults, ABlockReadThatFailsLeavesHaltAndLockForItsCaller) {
     EXPECT_EQ(read(), "failed: c3 d81 d99") << "the processor that cannot go on is told as well";
     Driver.FailNowhere();
     EXPECT_EQ(read(), "ok: c3 d81 d99 c4") << "the halt was still open";
+    EXPECT_EQ(Told([&] { return device.EndHalt(); }), "ok:") << "the read has ended it";
     Channel.FailAt(4, Failure);
     EXPECT_EQ(read(), "failed: c3 d81 c4");
 }
@@ -122,12 +126,22 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
         return told;
     };
     const auto add = [&] { return device.AddBreakpoint(0, 4, item); };
+    const auto find = [&] { return device.FindBreakpoint(0, 4, item); };
     const auto remove = [&] { return device.RemoveBreakpoint(0, 4, removed); };
     const auto clear = [&] { return device.RemoveAllBreakpoints(); };
 
     EXPECT_EQ(failing(7, add), "failed: b7");
     EXPECT_EQ(failing(31, add), "failed: b7 b31");
-    EXPECT_EQ(Host.Boxes, "") << "nobody knows whether the hardware has breakpoints";
+    EXPECT_EQ(Told(add), "ok: b7 b31");
+    EXPECT_EQ(Host.Boxes, "") << "the hardware has no breakpoints, or nobody knows";
+    driver.List.Replace(
+        &B::HardwareLimit, +[](B*, std::int32_t& limit) -> Status { return limit = 4, StatusOk; });
+    EXPECT_EQ(Told(add), "ok: b7");
+    EXPECT_EQ(item, nullptr);
+    EXPECT_EQ(Host.Boxes,
+              "2Error|A request for a hardware breakpoint could not be satisfied!\r\n\r\nEither "
+              "the underlying hardware has no support for hardware breakpoints or you need to free "
+              "up an existing hardware breakpoint.\r\n");
     std::int32_t count = 77;
     EXPECT_EQ(failing(21, [&] { return device.GetBreakpointCount(count); }), "failed: b21");
     EXPECT_EQ(count, 0);
@@ -143,6 +157,7 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     EXPECT_EQ(Told(add), "ok: p10");
     EXPECT_EQ(item, TheBreakpoint().Get());
 
+    EXPECT_EQ(failing(19, find), "failed: b19");
     EXPECT_EQ(failing(19, remove), "failed: b19");
     EXPECT_EQ(failing(21, clear), "failed: b21");
     EXPECT_EQ(failing(22, clear), "failed: b21 b22");
@@ -150,6 +165,8 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
         &B::Find, +[](B*, std::int32_t, std::int64_t, IVorelBreakpoint*& found) -> Status {
             return found = TheBreakpoint().Get(), StatusOk;
         });
+    EXPECT_EQ(Told(find), "ok:");
+    EXPECT_EQ(item, TheBreakpoint().Get());
     EXPECT_EQ(failing(9, remove), "failed: b9");
     EXPECT_EQ(removed, False32);
     EXPECT_EQ(Told(remove), "ok: b9");
