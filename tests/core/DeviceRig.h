@@ -62,6 +62,17 @@ public:
     std::optional<std::string> Chosen;
 };
 
+// What a soft device is made with.
+class TDeviceTest : public testing::Test {
+protected:
+    TDeviceTest() { TakeCalls(); }
+
+    THost Host;
+    TDialogs Dialogs;
+    TTableDouble<IVorelDriver> Driver{"d"};
+    TTableDouble<IJTagChannel> Channel{"c"};
+};
+
 // The base of drivers where it is the same as no driver at all: it has neither name nor attribute.
 class TSilentDriver : public TDriverBase {
 public:

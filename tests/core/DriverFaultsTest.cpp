@@ -11,10 +11,8 @@ namespace {
 
 constexpr Status Failure = StatusFromOsError(31);
 
-class DriverFaults : public testing::Test {
+class DriverFaults : public TDeviceTest {
 protected:
-    DriverFaults() { TakeCalls(); }
-
     // The status and the calls of one operation: "ok: d101 d102".
     template<class Operation>
     std::string Told(Operation operation) {
@@ -24,11 +22,6 @@ protected:
         const std::string calls = TakeCalls();
         return text + (calls.empty() ? calls : " " + calls);
     }
-
-    THost Host;
-    TDialogs Dialogs;
-    TTableDouble<IVorelDriver> Driver{"d"};
-    TTableDouble<IJTagChannel> Channel{"c"};
 };
 
 TEST_F(DriverFaults, ADeviceIsNotMadeHalf) {
@@ -113,6 +106,8 @@ TTableDouble<IVorelBreakpoint>& TheBreakpoint() {
     return breakpoint;
 }
 
+constexpr std::int64_t Far = 1LL << 40;
+
 TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     using B = IVorelBreakpoints;
     TBreakpointDriver driver;
@@ -125,9 +120,9 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
         driver.List.FailNowhere();
         return told;
     };
-    const auto add = [&] { return device.AddBreakpoint(0, 4, item); };
-    const auto find = [&] { return device.FindBreakpoint(0, 4, item); };
-    const auto remove = [&] { return device.RemoveBreakpoint(0, 4, removed); };
+    const auto add = [&] { return device.AddBreakpoint(0, Far, item); };
+    const auto find = [&] { return device.FindBreakpoint(0, Far, item); };
+    const auto remove = [&] { return device.RemoveBreakpoint(0, Far, removed); };
     const auto clear = [&] { return device.RemoveAllBreakpoints(); };
 
     EXPECT_EQ(failing(7, add), "failed: b7");
@@ -162,8 +157,8 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     EXPECT_EQ(failing(21, clear), "failed: b21");
     EXPECT_EQ(failing(22, clear), "failed: b21 b22");
     driver.List.Replace(
-        &B::Find, +[](B*, std::int32_t, std::int64_t, IVorelBreakpoint*& found) -> Status {
-            return found = TheBreakpoint().Get(), StatusOk;
+        &B::Find, +[](B*, std::int32_t, std::int64_t address, IVorelBreakpoint*& found) -> Status {
+            return found = address == Far ? TheBreakpoint().Get() : nullptr, StatusOk;
         });
     EXPECT_EQ(Told(find), "ok:");
     EXPECT_EQ(item, TheBreakpoint().Get());

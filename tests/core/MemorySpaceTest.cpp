@@ -8,13 +8,7 @@
 namespace vorel::test {
 namespace {
 
-class Handles : public testing::Test {
-protected:
-    THost Host;
-    TDialogs Dialogs;
-    TTableDouble<IVorelDriver> Driver{"d"};
-    TTableDouble<IJTagChannel> Channel{"c"};
-};
+class Handles : public TDeviceTest {};
 
 TEST_F(Handles, ForwardEveryOperationToItsEntry) {
     TVorelDevice device(Host, Dialogs, Driver.Get());

@@ -7,15 +7,7 @@
 namespace vorel::test {
 namespace {
 
-class SoftDevice : public testing::Test {
-protected:
-    SoftDevice() { TakeCalls(); }
-
-    THost Host;
-    TDialogs Dialogs;
-    TTableDouble<IVorelDriver> Driver{"d"};
-    TTableDouble<IJTagChannel> Channel{"c"};
-};
+class SoftDevice : public TDeviceTest {};
 
 TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     TVorelDevice driven(Host, Dialogs, Driver.Get());
