@@ -72,7 +72,7 @@ TEST_F(BoardFiles, BoardsWithIdsComeFirstAndBrokenFilesAreDropped) {
     Folder.Write("c.JTGBRD", "[FileVersion]\nVersion=JTag Board File v1.1\n[HardChannel]\n");
     Folder.Write("d.JTGBRD", std::string(Head) + "[BoardDetails]\nName=D\nBoardId0=\n");
     Folder.Write("e.JTGBRD", "");
-    Folder.Write("f.JTGBRD", std::string(Head) + std::string(2 * 1024 * 1024, ';'));
+    Folder.Write("f.JTGBRD", std::string(Head) + std::string(std::size_t{2} * 1024 * 1024, ';'));
     Folder.Write("g.txt", std::string(Head) + "[BoardDetails]\nName=G\n");
     std::filesystem::create_directory(Folder / "h.JTGBRD");
     std::mt19937 random(1);
