@@ -11,7 +11,6 @@ namespace vorel {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
 using testing::SizeIs;
 
 // The real modules; the cache of this test is its own.
