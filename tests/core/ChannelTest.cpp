@@ -187,33 +187,17 @@ TEST(Channel, TransferFailuresComeBackAsStatusAndLeaveTheReadClosed) {
     EXPECT_EQ(rig.Pod.Firmware()->AnswerBytes(), 0U); // a read left open would ask for one
 }
 
-// The port of a channel that stands alone.
-struct TLonePort : TJtagPortOf<IJTagUsbPort> {
-    explicit TLonePort(const TCoreContext& context)
-        : Channel({"Hard-Devices", 0, true}, *this, nullptr, nullptr, context) {}
-    std::string DoGetName() override { return {}; }
-    std::string DoGetDescription() override { return {}; }
-    bool DoIsPresent() override { return false; }
-    bool DoDetect(bool) override { return false; }
-    TJTagChannel& DoGetHardChain() noexcept override { return Channel; }
-    TJTagChannel& DoGetSoftChain() noexcept override { return Channel; }
-    TJTagChannel& DoGetBoardChain() noexcept override { return Channel; }
-    TJTagChannel& DoGetSpiChain() noexcept override { return Channel; }
-    std::int32_t DoGetBoardInfo(int) override { return 0; }
-    std::string DoGetPortId() override { return {}; }
-    TJTagChannel_UsbPort Channel;
-};
-
 TEST(Channel, RunsWithoutPod) {
     TRig rig;
-    TLonePort port(rig.Context);
-    ASSERT_EQ(port.Channel.Scan(), StatusOk);
-    EXPECT_EQ(port.Channel.DeviceCount(), 0);
+    TJTagChannel_UsbPort channel({"Hard-Devices", 0, true}, dynamic_cast<TJtagPort&>(rig.Port(0)),
+                                 nullptr, nullptr, rig.Context);
+    ASSERT_EQ(channel.Scan(), StatusOk);
+    EXPECT_EQ(channel.DeviceCount(), 0);
     BitText bits;
-    ASSERT_EQ(port.Channel.ExchangeFill(1, 5, False32, bits), StatusOk);
+    ASSERT_EQ(channel.ExchangeFill(1, 5, False32, bits), StatusOk);
     EXPECT_EQ(bits, "00000");
     std::uint8_t byte = 0xFF;
-    ASSERT_EQ(port.Channel.SpiExchangeByte(0xA5, byte), StatusOk);
+    ASSERT_EQ(channel.SpiExchangeByte(0xA5, byte), StatusOk);
     EXPECT_EQ(byte, 0);
 }
 

@@ -3,12 +3,12 @@
 #pragma once
 
 #include "core/JTagObjects.h"
-#include "core/NeutralDriver.h"
 #include "simulator/SimUsbServices.h"
 #include "support/NeutralHost.h"
 #include "support/Text.h"
 #include "transport/JTagParallelPortMap.h"
 #include "transport/Manage_UsbJtag.h"
+#include "vorel/DriverBase.h"
 
 #include <map>
 #include <stdexcept>
@@ -27,7 +27,7 @@ inline std::string Utf8(const WideText& text) {
     return ToUtf8(text);
 }
 
-class TFakeDriver : public TNeutralDriver {
+class TFakeDriver : public TDriverBase {
 public:
     std::string Name;
     std::string Family = "Parts";
@@ -35,24 +35,14 @@ public:
     std::string Bsdl;
     IBSDLEntity* Default = nullptr;
 
-    Status GetDeviceName(WideText& text) noexcept override { return Give(text, Name); }
-    Status GetFamily(WideText& text) noexcept override { return Give(text, Family); }
-    Status GetVendor(WideText& text) noexcept override { return Give(text, "Maker"); }
-    Status GetBsdlFile(WideText& text) noexcept override { return Give(text, Bsdl); }
+    Status GetDeviceName(WideText& text) noexcept override { return Give(text, ToWide(Name)); }
+    Status GetFamily(WideText& text) noexcept override { return Give(text, ToWide(Family)); }
+    Status GetVendor(WideText& text) noexcept override { return Give(text, u"Maker"); }
+    Status GetBsdlFile(WideText& text) noexcept override { return Give(text, ToWide(Bsdl)); }
     Status GetDefaultEntity(IBSDLEntity*& entity) noexcept override {
-        entity = Default;
-        return StatusOk;
+        return Give(entity, Default);
     }
-    Status GetIrLength(std::int32_t& value) noexcept override {
-        value = IrBits;
-        return StatusOk;
-    }
-
-private:
-    static Status Give(WideText& text, const std::string& value) noexcept {
-        text = ToWide(value);
-        return StatusOk;
-    }
+    Status GetIrLength(std::int32_t& value) noexcept override { return Give(value, IrBits); }
 };
 
 class TFakeKnowledge : public IDeviceKnowledge {

@@ -62,6 +62,17 @@ public:
     std::optional<std::string> Chosen;
 };
 
+// What a soft device is made with.
+class TDeviceTest : public testing::Test {
+protected:
+    TDeviceTest() { TakeCalls(); }
+
+    THost Host;
+    TDialogs Dialogs;
+    TTableDouble<IVorelDriver> Driver{"d"};
+    TTableDouble<IJTagChannel> Channel{"c"};
+};
+
 // The base of drivers where it is the same as no driver at all: it has neither name nor attribute.
 class TSilentDriver : public TDriverBase {
 public:
@@ -86,6 +97,21 @@ public:
     template<class Operation, class... Neutral>
     void Row(Operation operation, const char* calls, const Neutral&... neutral) {
         Rows(operation, calls, "", neutral...);
+    }
+    // Rows that follow each other, each a plain forward to the driver's entries from `entry` on.
+    template<class Neutral, class... Operations>
+    void Forwards(int entry, const Neutral& neutral, Operations... operations) {
+        (Row(operations, ("d" + std::to_string(entry++)).c_str(), neutral), ...);
+    }
+    // The same with operations that give nothing back.
+    template<class... Operations>
+    void Commands(int entry, Operations... operations) {
+        (Row(operations, ("d" + std::to_string(entry++)).c_str()), ...);
+    }
+    // Rows of operations that ask nobody.
+    template<class Neutral, class... Operations>
+    void Constants(const Neutral& neutral, Operations... operations) {
+        (Row(operations, "", neutral), ...);
     }
     // An operation that is no forward: without a driver it makes the same or other calls.
     template<class Operation, class... Neutral>

@@ -2,12 +2,11 @@
 
 #include "bsdl/BSDLLibrary.h"
 #include "core/BsdlSource.h"
+#include "knowledge/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <unistd.h>
 
 namespace vorel::test {
 namespace {
@@ -57,8 +56,7 @@ private:
 // A chain whose middle device samples its pins and has two names: "part", with a file, and "bare".
 struct Device : ::testing::Test, TRig {
     Device() {
-        fs::create_directories(Folder / "BSDL/Maker/Parts");
-        Host.Library = Folder.string();
+        Host.Library = Folder.Path();
         Context.Bsdl = &Source;
         Knowledge.AddPart(IdB, "bare");
         Knowledge.AddPart(IdB, "part").Bsdl = "part.bsd";
@@ -66,13 +64,12 @@ struct Device : ::testing::Test, TRig {
         Wires.Add(std::make_unique<TSampledDevice>());
         AddTap(Wires, IdC);
     }
-    ~Device() override { fs::remove_all(Folder); }
 
     TJTagDevice& Middle() {
         EXPECT_TRUE(test::Detect(Port(1)));
         return *HardChain(Port(1)).ChainDevices().at(1);
     }
-    void WriteFile(const std::string& text) { std::ofstream(File) << text; }
+    void WriteFile(const std::string& text) { Folder.Write("BSDL/Maker/Parts/part.bsd", text); }
     static IBSDLEntity* EntityOf(TJTagDevice& device) {
         return Get<IBSDLEntity*>([&](auto& entity) { return device.GetBsdlEntity(entity); });
     }
@@ -80,10 +77,10 @@ struct Device : ::testing::Test, TRig {
         return Get<std::int32_t>([&](auto& n) { return device.GetPinCount(n); });
     }
 
-    fs::path Folder = fs::temp_directory_path() / ("vorel_device_" + std::to_string(getpid()));
+    TTempFolder Folder;
     fs::path File = Folder / "BSDL/Maker/Parts/part.bsd";
     TZipExtractor Zip;
-    TBSDLLibrary Library{Host, Zip, Folder.string(), Folder.string()};
+    TBSDLLibrary Library{Host, Zip, Folder.Path(), Folder.Path()};
     TBsdlSource Source{Library};
     sim::TChain& Wires = AddPod().Target()->HardChain();
 };

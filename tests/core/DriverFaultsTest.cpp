@@ -11,10 +11,8 @@ namespace {
 
 constexpr Status Failure = StatusFromOsError(31);
 
-class DriverFaults : public testing::Test {
+class DriverFaults : public TDeviceTest {
 protected:
-    DriverFaults() { TakeCalls(); }
-
     // The status and the calls of one operation: "ok: d101 d102".
     template<class Operation>
     std::string Told(Operation operation) {
@@ -24,11 +22,6 @@ protected:
         const std::string calls = TakeCalls();
         return text + (calls.empty() ? calls : " " + calls);
     }
-
-    THost Host;
-    TDialogs Dialogs;
-    TTableDouble<IVorelDriver> Driver{"d"};
-    TTableDouble<IJTagChannel> Channel{"c"};
 };
 
 TEST_F(DriverFaults, ADeviceIsNotMadeHalf) {
@@ -76,10 +69,13 @@ TEST_F(DriverFaults, AHaltThatFailsCountsAndIsEndedWithoutLettingTheProcessorRun
 TEST_F(DriverFaults, ABlockReadThatFailsLeavesHaltAndLockForItsCaller) {
     TVorelDevice device(Host, Dialogs, Driver.Get());
     TMemorySpace space(0, device);
-    ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
     const auto read = [&] { return Told([&] { return space.ReadBlock(nullptr, 0, 0); }); };
+    const auto write = [&] { return Told([&] { return space.WriteBlock(nullptr, 0, 0); }); };
     const auto begin = [&] { return Told([&] { return device.BeginHalt(); }); };
+    EXPECT_EQ(read(), "ok: d81") << "no channel and no halt";
+    ASSERT_EQ(device.SetChannel(Channel.Get()), StatusOk);
     ASSERT_EQ(begin(), "ok: d101 d102 d98");
+    EXPECT_EQ(write(), "ok: c3 d82 c4");
     Channel.FailAt(3, Failure);
     EXPECT_EQ(read(), "failed: c3") << "a chain that does not open is not read";
     Channel.FailNowhere();
@@ -89,6 +85,7 @@ TEST_F(DriverFaults, ABlockReadThatFailsLeavesHaltAndLockForItsCaller) {
     EXPECT_EQ(read(), "failed: c3 d81 d99") << "the processor that cannot go on is told as well";
     Driver.FailNowhere();
     EXPECT_EQ(read(), "ok: c3 d81 d99 c4") << "the halt was still open";
+    EXPECT_EQ(Told([&] { return device.EndHalt(); }), "ok:") << "the read has ended it";
     Channel.FailAt(4, Failure);
     EXPECT_EQ(read(), "failed: c3 d81 c4");
 }
@@ -109,6 +106,8 @@ TTableDouble<IVorelBreakpoint>& TheBreakpoint() {
     return breakpoint;
 }
 
+constexpr std::int64_t Far = 1LL << 40;
+
 TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     using B = IVorelBreakpoints;
     TBreakpointDriver driver;
@@ -121,13 +120,23 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
         driver.List.FailNowhere();
         return told;
     };
-    const auto add = [&] { return device.AddBreakpoint(0, 4, item); };
-    const auto remove = [&] { return device.RemoveBreakpoint(0, 4, removed); };
+    const auto add = [&] { return device.AddBreakpoint(0, Far, item); };
+    const auto find = [&] { return device.FindBreakpoint(0, Far, item); };
+    const auto remove = [&] { return device.RemoveBreakpoint(0, Far, removed); };
     const auto clear = [&] { return device.RemoveAllBreakpoints(); };
 
     EXPECT_EQ(failing(7, add), "failed: b7");
     EXPECT_EQ(failing(31, add), "failed: b7 b31");
-    EXPECT_EQ(Host.Boxes, "") << "nobody knows whether the hardware has breakpoints";
+    EXPECT_EQ(Told(add), "ok: b7 b31");
+    EXPECT_EQ(Host.Boxes, "") << "the hardware has no breakpoints, or nobody knows";
+    driver.List.Replace(
+        &B::HardwareLimit, +[](B*, std::int32_t& limit) -> Status { return limit = 4, StatusOk; });
+    EXPECT_EQ(Told(add), "ok: b7");
+    EXPECT_EQ(item, nullptr);
+    EXPECT_EQ(Host.Boxes,
+              "2Error|A request for a hardware breakpoint could not be satisfied!\r\n\r\nEither "
+              "the underlying hardware has no support for hardware breakpoints or you need to free "
+              "up an existing hardware breakpoint.\r\n");
     std::int32_t count = 77;
     EXPECT_EQ(failing(21, [&] { return device.GetBreakpointCount(count); }), "failed: b21");
     EXPECT_EQ(count, 0);
@@ -143,13 +152,16 @@ TEST_F(DriverFaults, BreakpointsTellOfEachStepThatFails) {
     EXPECT_EQ(Told(add), "ok: p10");
     EXPECT_EQ(item, TheBreakpoint().Get());
 
+    EXPECT_EQ(failing(19, find), "failed: b19");
     EXPECT_EQ(failing(19, remove), "failed: b19");
     EXPECT_EQ(failing(21, clear), "failed: b21");
     EXPECT_EQ(failing(22, clear), "failed: b21 b22");
     driver.List.Replace(
-        &B::Find, +[](B*, std::int32_t, std::int64_t, IVorelBreakpoint*& found) -> Status {
-            return found = TheBreakpoint().Get(), StatusOk;
+        &B::Find, +[](B*, std::int32_t, std::int64_t address, IVorelBreakpoint*& found) -> Status {
+            return found = address == Far ? TheBreakpoint().Get() : nullptr, StatusOk;
         });
+    EXPECT_EQ(Told(find), "ok:");
+    EXPECT_EQ(item, TheBreakpoint().Get());
     EXPECT_EQ(failing(9, remove), "failed: b9");
     EXPECT_EQ(removed, False32);
     EXPECT_EQ(Told(remove), "ok: b9");

@@ -1,74 +1,43 @@
 #include "core/BitVector.h"
 #include "core/CoreRig.h"
+#include "knowledge/TempFolder.h"
+#include "simulator/ParallelCable.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
 
 namespace vorel::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-// A cable with two sets of wires: TDI, TCK and TMS are bits 0 to 2 and 3 to 5 of the data register,
-// TDO are bits 4 and 5 of the status register.
-class TFakeCable : public TNonRefCountedInterfacedObject<IParallelPort> {
+// A cable that knows whether anybody holds it, and can fail from one write on.
+class THeldCable : public TNonRefCountedInterfacedObject<IParallelPort> {
 public:
-    TFakeCable(sim::IWireTarget& first, sim::IWireTarget& second) : Sets{&first, &second} {}
-
     std::int32_t AddRef() noexcept override { return ++Users; }
     std::int32_t Release() noexcept override { return --Users; }
     Status Prepare() noexcept override {
         UnusedPrepares += Users == 0 ? 1 : 0;
-        return Result;
+        return Cable.Prepare();
     }
-    Status GetBaseAddress(std::uint32_t& address) noexcept override {
-        address = 0x0378;
-        return StatusOk;
+    Status GetBaseAddress(std::uint32_t& value) noexcept override {
+        return Cable.GetBaseAddress(value);
     }
-    Status IsXilinxCable(Bool32& present) noexcept override {
-        present = False32;
-        return StatusOk;
-    }
-    Status ReadData(std::uint8_t& value) noexcept override {
-        value = Data;
-        ++Reads;
-        return Result;
-    }
+    Status IsXilinxCable(Bool32& value) noexcept override { return Cable.IsXilinxCable(value); }
+    Status ReadData(std::uint8_t& value) noexcept override { return Cable.ReadData(value); }
     Status WriteData(std::uint8_t value) noexcept override {
-        Data = value;
-        ++Writes;
-        if (Writes == FailingWrite) {
-            Result = StatusFromOsError(5);
+        if (Cable.Accesses().DataWrites == FailingWrite) {
+            Cable.SetFailure(StatusFromOsError(5));
         }
-        for (sim::IWireTarget* set : Sets) {
-            set->SetLines((value & 2U) != 0, (value & 4U) != 0, (value & 1U) != 0);
-            value = static_cast<std::uint8_t>(value >> 3U);
-        }
-        return StatusOk;
+        return Cable.WriteData(value);
     }
-    Status PrepareStatusRead() noexcept override { return StatusOk; }
-    Status ReadStatus(std::uint8_t& value) noexcept override {
-        value = static_cast<std::uint8_t>((IsHigh(Sets[0]->Tdo()) ? 0x10U : 0U) |
-                                          (IsHigh(Sets[1]->Tdo()) ? 0x20U : 0U));
-        ++StatusReads;
-        return StatusOk;
+    Status PrepareStatusRead() noexcept override { return Cable.PrepareStatusRead(); }
+    Status ReadStatus(std::uint8_t& value) noexcept override { return Cable.ReadStatus(value); }
+    Status WriteControl(std::uint8_t value, std::uint8_t mask) noexcept override {
+        return Cable.WriteControl(value, mask);
     }
-    Status WriteControl(std::uint8_t, std::uint8_t) noexcept override { return StatusOk; }
 
-    Status Result = StatusOk;
-    int Writes = 0;
-    int Reads = 0;
-    int StatusReads = 0;
-    int FailingWrite = -1; // the one from which on the port fails
+    sim::TParallelCable Cable;
+    std::uint64_t FailingWrite = ~0ULL; // counted from 0
     int Users = 0;
     int UnusedPrepares = 0;
-
-private:
-    sim::IWireTarget* Sets[2];
-    std::uint8_t Data = 0xFF;
 };
 
 class TFakeManager : public TNonRefCountedInterfacedObject<IParallelPortManager> {
@@ -84,39 +53,38 @@ public:
     IParallelPort* Cable = nullptr;
 };
 
+// Two sets of wires: TDI, TCK and TMS are bits 0 to 2 and 3 to 5 of the data register, TDO are bits
+// 4 and 5 of the status register.
 constexpr const char* FirstWires = "Mask_TDI=1\nMask_TCK=2\nMask_TMS=4\nMask_TDO=1000\n";
 constexpr const char* SecondWires = "Mask_TDI=8\nMask_TCK=10\nMask_TMS=20\nMask_TDO=2000\n";
 
 struct ParallelPort : ::testing::Test {
     ParallelPort() {
-        fs::create_directories(Folder);
+        using enum sim::PortRegister;
+        sim::TBoard& board = Target.AddBoard();
+        Cable.Connect({{Data, 1}, {Data, 2}, {Data, 0}, {Status, 4}}, board.ControllerChain());
+        Cable.Connect({{Data, 4}, {Data, 5}, {Data, 3}, {Status, 5}}, board.MultiplexedLines());
         Knowledge.AddPart(sim::TBoardController::DefaultId & 0x0FFFFFFFU, "Lumaplate", 8);
-        Target.AddBoard().AddController(
+        board.AddController(
             {"controller", sim::TBoardController::DefaultId, 8, BitText(), BitText()});
         AddTap(Target.HardChain(), IdA);
         AddTap(Target.HardChain(), IdB);
         AddTap(Target.SoftChain(), IdC);
-        Manager.Cable = &Cable;
+        Manager.Cable = &Held;
     }
-    ~ParallelPort() override { fs::remove_all(Folder); }
 
     // A board around the two sets of wires that proves itself by an id.
     void WriteBoard(const std::string& id) {
-        std::ofstream(Folder / "board.JTGBRD")
-            << "[FileVersion]\nVersion=JTag Board File v1.0\n[BoardDetails]\nName=Board\nBoardId0="
-            << id << "\n[BoardChannel]\n"
-            << FirstWires << "[HardChannel]\nMultiplexed=1\n"
-            << SecondWires << "[SoftChannel]\nMultiplexed=1\nChannelAddress=1\nNextChannel=0\n"
-            << SecondWires;
+        const std::string hard = std::string("Multiplexed=1\n") + SecondWires;
+        Folder.Write("board.JTGBRD", Head + "[BoardDetails]\nName=Board\nBoardId0=" + id +
+                                         "\n[BoardChannel]\n" + FirstWires + "[HardChannel]\n" +
+                                         hard + "[SoftChannel]\n" + hard +
+                                         "ChannelAddress=1\nNextChannel=0\n");
     }
     // A bare cable whose hard chain is the second set.
-    void WriteCable() {
-        std::ofstream(Folder / "a_cable.JTGBRD")
-            << "[FileVersion]\nVersion=JTag Board File v1.0\n[HardChannel]\n"
-            << SecondWires;
-    }
+    void WriteCable() { Folder.Write("a_cable.JTGBRD", Head + "[HardChannel]\n" + SecondWires); }
     void LoadPort() {
-        Boards = std::make_unique<TJTagParallelPort_InstalledBoardTypes>(Folder);
+        Boards = std::make_unique<TJTagParallelPort_InstalledBoardTypes>(Folder.Path());
         Port = std::make_unique<TJtagParallelPort>(&Manager, *Boards, Context);
     }
     std::string Name() {
@@ -126,9 +94,11 @@ struct ParallelPort : ::testing::Test {
         return Get<std::int32_t>([&](auto& value) { return Port->GetBoardInfo2(value); });
     }
 
-    fs::path Folder = fs::temp_directory_path() / ("vorel_boards_" + std::to_string(getpid()));
+    const std::string Head = "[FileVersion]\nVersion=JTag Board File v1.0\n";
+    TTempFolder Folder;
     sim::TTarget Target;
-    TFakeCable Cable{Target.AddBoard().ControllerChain(), Target.Board()->MultiplexedLines()};
+    THeldCable Held;
+    sim::TParallelCable& Cable = Held.Cable;
     TFakeManager Manager;
     TRecordingHost Host;
     TFakeKnowledge Knowledge;
@@ -158,12 +128,12 @@ TEST_F(ParallelPort, FindsABoardByItsIdAndDrivesItsMultiplexer) {
     // The bits of the capture stand in order, and levels that stay are not written again.
     TJTagChannel& hard = HardChain(*Port);
     hard.DoLock();
-    const int before = Cable.Writes;
+    const std::uint64_t before = Cable.Accesses().DataWrites;
     BitText bits;
     hard.DoTapMove(TTapState::IDLE, TTapState::DRSHIFT);
     ASSERT_EQ(hard.ExchangeFill(0, 64, False32, bits), StatusOk);
     EXPECT_EQ(bits, NumberToBits(IdA, 32) + NumberToBits(IdB, 32));
-    EXPECT_LE(Cable.Writes - before, 2 * (3 + 64) + 3);
+    EXPECT_LE(Cable.Accesses().DataWrites - before, 2U * (3 + 64) + 3);
     hard.DoUnlock();
 }
 
@@ -176,18 +146,16 @@ TEST_F(ParallelPort, ReadsAnIdWith160Accesses) {
     TJTagChannel& hard = HardChain(*Port);
     hard.DoLock();
     hard.DoTapMove(TTapState::IDLE, TTapState::DRSHIFT);
-    const int writes = Cable.Writes;
-    const int reads = Cable.Reads;
-    const int statusReads = Cable.StatusReads;
+    const sim::PortAccesses before = Cable.Accesses();
     std::uint32_t id = 0;
     ASSERT_EQ(hard.ExchangeNumber(0, 32, False32, id), StatusOk);
     EXPECT_EQ(id, IdB);
-    EXPECT_EQ(Cable.Writes - writes, 64);
-    EXPECT_EQ(Cable.Reads - reads, 64);
-    EXPECT_EQ(Cable.StatusReads - statusReads, 32);
+    EXPECT_EQ(Cable.Accesses().DataWrites - before.DataWrites, 64U);
+    EXPECT_EQ(Cable.Accesses().DataReads - before.DataReads, 64U);
+    EXPECT_EQ(Cable.Accesses().StatusReads - before.StatusReads, 32U);
     ASSERT_EQ(hard.SetTms(0), StatusOk);
     ASSERT_EQ(hard.WritePins(), StatusOk);
-    EXPECT_EQ(Cable.Writes - writes, 64) << "no level changed";
+    EXPECT_EQ(Cable.Accesses().DataWrites - before.DataWrites, 64U) << "no level changed";
     hard.DoUnlock();
 }
 
@@ -196,13 +164,13 @@ TEST_F(ParallelPort, TriesTheBoardFoundLastFirstUnlessASearchIsForced) {
     WriteCable();
     LoadPort();
     const auto writesOfDetection = [&](Bool32 force) {
-        const int before = Cable.Writes;
+        const std::uint64_t before = Cable.Accesses().DataWrites;
         Bool32 found = False32;
         EXPECT_EQ(Port->Detect(force, found), StatusOk);
         EXPECT_EQ(found, True32);
-        return Cable.Writes - before;
+        return Cable.Accesses().DataWrites - before;
     };
-    const int search = writesOfDetection(False32);
+    const std::uint64_t search = writesOfDetection(False32);
     EXPECT_EQ(writesOfDetection(True32), search);
     EXPECT_LT(writesOfDetection(False32) * 3, search * 2);
 }
@@ -215,12 +183,12 @@ TEST_F(ParallelPort, FallsBackToACableWithoutIds) {
     EXPECT_EQ(IdsOn(HardChain(*Port)), (std::vector<std::uint32_t>{IdA, IdB}));
     EXPECT_EQ(BoardInfo2(), 0);
 
-    Cable.Result = StatusFromOsError(5);
+    Cable.SetFailure(StatusFromOsError(5));
     Bool32 found = True32;
     EXPECT_EQ(Port->Detect(False32, found), StatusFromOsError(5));
     EXPECT_EQ(HardChain(*Port).DeviceCount(), 0);
     EXPECT_EQ(Name(), "Parallel-Port");
-    Cable.Result = StatusOk;
+    Cable.SetFailure(StatusOk);
     EXPECT_TRUE(Detect(*Port));
     EXPECT_EQ(HardChain(*Port).DeviceCount(), 2);
 
@@ -235,21 +203,21 @@ TEST_F(ParallelPort, KeepsAReferenceOfThePortOnlyWhileAChannelIsOpen) {
     WriteCable();
     LoadPort();
     ASSERT_TRUE(Detect(*Port));
-    EXPECT_EQ(Cable.Users, 0);
+    EXPECT_EQ(Held.Users, 0);
     SoftChain(*Port).DoLock();
-    EXPECT_EQ(Cable.Users, 1);
+    EXPECT_EQ(Held.Users, 1);
     SoftChain(*Port).DoUnlock();
-    EXPECT_EQ(Cable.Users, 0);
-    EXPECT_EQ(Cable.UnusedPrepares, 0);
+    EXPECT_EQ(Held.Users, 0);
+    EXPECT_EQ(Held.UnusedPrepares, 0);
 
     // Wherever in a search the port fails, nobody holds it afterwards.
-    const int whole = Cable.Writes;
-    for (int failAt = 1; failAt < whole; failAt = failAt * 3 + 1) {
-        Cable.FailingWrite = Cable.Writes + failAt;
+    const std::uint64_t whole = Cable.Accesses().DataWrites;
+    for (std::uint64_t failAt = 1; failAt < whole; failAt = failAt * 3 + 1) {
+        Held.FailingWrite = Cable.Accesses().DataWrites + failAt;
         Bool32 found = True32;
         EXPECT_TRUE(Failed(Port->Detect(True32, found))) << failAt;
-        EXPECT_EQ(Cable.Users, 0) << failAt;
-        Cable.Result = StatusOk;
+        EXPECT_EQ(Held.Users, 0) << failAt;
+        Cable.SetFailure(StatusOk);
     }
 }
 

@@ -4,20 +4,10 @@
 #include "vorel/Device.h"
 #include "vorel/DriverBase.h"
 
-#include <vector>
-
 namespace vorel::test {
 namespace {
 
-class SoftDevice : public testing::Test {
-protected:
-    SoftDevice() { TakeCalls(); }
-
-    THost Host;
-    TDialogs Dialogs;
-    TTableDouble<IVorelDriver> Driver{"d"};
-    TTableDouble<IJTagChannel> Channel{"c"};
-};
+class SoftDevice : public TDeviceTest {};
 
 TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     TVorelDevice driven(Host, Dialogs, Driver.Get());
@@ -32,31 +22,17 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     using D = IVorelDevice;
     t.Row(&D::GetIdCode, "c3 d3 c4", 0U);
     t.Row(&D::GetDeviceName, "d4", u"Unknown Device");
-    t.Row(&D::GetDescription, "d5", u"");
-    t.Row(&D::GetFamily, "d6", u"");
-    t.Row(&D::GetAttributeText7, "d7", u"");
-    t.Row(&D::GetAttributeText8, "d8", u"");
-    t.Row(&D::GetAttributeText9, "d9", u"");
-    t.Row(&D::GetAttributeText10, "d10", u"");
+    t.Forwards(5, u"", &D::GetDescription, &D::GetFamily, &D::GetAttributeText7,
+               &D::GetAttributeText8, &D::GetAttributeText9, &D::GetAttributeText10);
     t.Row(&D::GetCapacity, "d11", -1);
     t.Row(&D::GetCapacityAgain, "d11", -1);
-    t.Row(&D::GetAttributeText13, "d13", u"");
-    t.Row(&D::GetAttributeText14, "d14", u"");
-    t.Row(&D::GetAttributeText15, "d15", u"");
-    t.Row(&D::GetAttributeText16, "d16", u"");
-    t.Row(&D::GetAttributeText17, "d17", u"");
-    t.Row(&D::GetPackage, "d18", u"");
-    t.Row(&D::GetAttributeText19, "d19", u"");
-    t.Row(&D::GetAttributeText20, "d20", u"");
-    t.Row(&D::GetTemperatureGrade, "d21", u"");
-    t.Row(&D::GetAttributeText22, "d22", u"");
-    t.Row(&D::GetAttributeText23, "d23", u"");
+    t.Forwards(13, u"", &D::GetAttributeText13, &D::GetAttributeText14, &D::GetAttributeText15,
+               &D::GetAttributeText16, &D::GetAttributeText17, &D::GetPackage,
+               &D::GetAttributeText19, &D::GetAttributeText20, &D::GetTemperatureGrade,
+               &D::GetAttributeText22, &D::GetAttributeText23);
     t.Row(&D::GetSpeedGrade, "d29", u"");
-    t.Row(&D::GetAttributeText25, "d25", u"");
-    t.Row(&D::GetAttributeText26, "d26", u"");
-    t.Row(&D::GetAttributeText27, "d27", u"");
-    t.Row(&D::GetAttributeText28, "d28", u"");
-    t.Row(&D::GetBsdlFile, "d29", u"");
+    t.Forwards(25, u"", &D::GetAttributeText25, &D::GetAttributeText26, &D::GetAttributeText27,
+               &D::GetAttributeText28, &D::GetBsdlFile);
     t.Row(&D::GetDefaultEntity, "d30", nullptr);
     t.Row(&D::GetVendor, "d31", u"");
     t.Row(&D::GetIrLength, "d32", 4);
@@ -64,15 +40,9 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     t.Row(&D::GetIoPinCount, "d34", -1);
     t.Row(&D::GetDescriptionItem, "d35", nullptr);
     t.Row(&D::GetAttributeText36, "d36", u"");
-    t.Row(&D::GetDspMultipliers, "", 0);
-    t.Row(&D::GetClockManagers, "", 0);
-    t.Row(&D::GetEmbeddedRam, "", 0);
-    t.Row(&D::GetOnChipTermination, "", False32);
-    t.Row(&D::GetGlobalClocks, "", 0);
-    t.Row(&D::GetConfigMemory, "", 0);
-    t.Row(&D::GetDifferentialPairs, "", 0);
-    t.Row(&D::GetHighSpeedPairs, "", 0);
-    t.Row(&D::GetAttributeNumber45, "", 0);
+    t.Constants(0, &D::GetDspMultipliers, &D::GetClockManagers, &D::GetEmbeddedRam,
+                &D::GetOnChipTermination, &D::GetGlobalClocks, &D::GetConfigMemory,
+                &D::GetDifferentialPairs, &D::GetHighSpeedPairs, &D::GetAttributeNumber45);
     t.Row(&D::GetAttributeItem46, "", nullptr);
     t.Row(&D::GetDisplayName, "d4 d47", u"Unknown Device");
     t.Row(&D::GetChainIndex, "", -1);
@@ -93,19 +63,10 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     t.Row(&D::GetEmptyText, "", u"");
     t.Row(&D::GetStatusText, "d102 d101", u"Running");
     t.Row(&D::GetCoreNumber52, "d52", 0);
-    t.Row(&D::RunControl94, "d94");
-    t.Row(&D::SingleStep, "d95");
-    t.Row(&D::RunControl96, "d96");
-    t.Row(&D::ResetProcessor, "d97");
-    t.Row(&D::PauseProcessor, "d98");
-    t.Row(&D::ContinueProcessor, "d99");
-    t.Row(&D::RunSteps, "d100");
-    t.Row(&D::IsPaused, "d101", False32);
-    t.Row(&D::IsReset, "d102", False32);
-    t.Row(&D::GetCoreNumber103, "d103", 0);
-    t.Row(&D::GetBreakpointCount, "", 0);
-    t.Row(&D::GetRegisterCount, "", 0);
-    t.Row(&D::GetMemorySpaceCount, "", 0);
+    t.Commands(94, &D::RunControl94, &D::SingleStep, &D::RunControl96, &D::ResetProcessor,
+               &D::PauseProcessor, &D::ContinueProcessor, &D::RunSteps);
+    t.Forwards(101, 0, &D::IsPaused, &D::IsReset, &D::GetCoreNumber103);
+    t.Constants(0, &D::GetBreakpointCount, &D::GetRegisterCount, &D::GetMemorySpaceCount);
     t.Row(&D::GetMemorySpace, "", nullptr);
     t.Row(&D::GetRegister, "", nullptr);
     t.Row(&D::GetProgramCounterRegister, "d68", nullptr);
@@ -154,18 +115,9 @@ TEST_F(SoftDevice, ForwardsEveryOperationToItsEntry) {
     EXPECT_NE(driven.GetIdentity(), bare.GetIdentity());
 }
 
-// Runs, pauses, keeps breakpoints, and says what it was told.
-class TProcessor : public TDriverWith<IVorelBreakpoints> {
+// Runs, pauses, and says what it was told.
+class TProcessor : public TDriverBase {
 public:
-    class TBreakpoint : public TNonRefCountedInterfacedObject<IVorelBreakpoint> {
-    public:
-        Status GetNumber10(std::int32_t&) noexcept override {
-            Record("entry10");
-            return StatusOk;
-        }
-        std::int64_t Address = 0;
-    };
-
     Status GetRegisterCount(std::int32_t& value) noexcept override { return Give(value, 1 << 30); }
     Status GetProgramCounterIndex(std::int32_t& value) noexcept override { return Give(value, 7); }
     Status IsPaused(Bool32& value) noexcept override { return Give(value, Paused); }
@@ -184,46 +136,11 @@ public:
         return Give(value, argument);
     }
 
-    Status Add(std::int32_t, std::int64_t address, IVorelBreakpoint*& item) noexcept override {
-        if (List.size() < Limit) {
-            List.push_back(&Store.at(List.size()));
-            List.back()->Address = address;
-            item = List.back();
-        }
-        return StatusOk;
-    }
-    Status Remove(IVorelBreakpoint* item) noexcept override {
-        Say("remove" + std::to_string(static_cast<TBreakpoint*>(item)->Address));
-        std::erase(List, item);
-        return StatusOk;
-    }
-    Status Find(std::int32_t, std::int64_t address, IVorelBreakpoint*& item) noexcept override {
-        for (TBreakpoint* each : List) {
-            item = each->Address == address ? each : item;
-        }
-        return StatusOk;
-    }
-    Status CountA(std::int32_t& count) noexcept override {
-        return Give(count, static_cast<std::int32_t>(List.size()));
-    }
-    Status CountB(std::int32_t& count) noexcept override { return Give(count, 1); }
-    // Stays complete while items leave, as callers need it.
-    Status GetA(std::int32_t index, IVorelBreakpoint*& item) noexcept override {
-        return Give(item, &Store.at(static_cast<std::size_t>(index)));
-    }
-    Status GetB(std::int32_t, IVorelBreakpoint*&) noexcept override { return Say("b"); }
-    Status HardwareLimit(std::int32_t& count) noexcept override { return Give(count, Hardware); }
-
     Bool32 Paused = False32;
     Bool32 Reset = False32;
-    std::size_t Limit = 2;
-    std::int32_t Hardware = 0;
-    std::vector<TBreakpoint*> List;
 
 private:
     static Status Say(const std::string& text) { return Record(text), StatusOk; }
-
-    std::array<TBreakpoint, 2> Store;
 };
 
 TEST_F(SoftDevice, HandsArgumentsAndResultsThrough) {
@@ -275,61 +192,6 @@ TEST_F(SoftDevice, HaltsNestAndResumeOnlyWhatRan) {
     processor.Paused = False32;
     processor.Reset = True32;
     EXPECT_EQ(bracket(1, 1), "");
-}
-
-TEST_F(SoftDevice, StatusTextNamesResetFirst) {
-    TProcessor processor;
-    TVorelDevice device(Host, Dialogs, &processor);
-    const auto text = [&](bool reset, bool paused) {
-        processor.Reset = ToBool32(reset);
-        processor.Paused = ToBool32(paused);
-        WideText status;
-        EXPECT_EQ(device.GetStatusText(status), StatusOk);
-        return status;
-    };
-    EXPECT_EQ(text(true, true), u"Reset");
-    EXPECT_EQ(text(false, true), u"Paused");
-    EXPECT_EQ(text(false, false), u"Running");
-}
-
-TEST_F(SoftDevice, AddsFindsAndRemovesBreakpoints) {
-    TProcessor processor;
-    TVorelDevice device(Host, Dialogs, &processor);
-    IVorelBreakpoint* item = nullptr;
-    Bool32 removed = False32;
-    std::int32_t count = 0;
-    EXPECT_EQ(device.AddBreakpoint(0, 100, item), StatusOk);
-    EXPECT_NE(item, nullptr);
-    EXPECT_EQ(device.AddBreakpoint(0, 1LL << 40, item), StatusOk);
-    EXPECT_EQ(TakeCalls(), "entry10 entry10");
-    EXPECT_EQ(device.FindBreakpoint(0, 1LL << 40, item), StatusOk);
-    EXPECT_EQ(item, processor.List[1]);
-    EXPECT_EQ(device.GetBreakpointCount(count), StatusOk);
-    EXPECT_EQ(count, 2);
-    EXPECT_EQ(device.RemoveBreakpoint(0, 99, removed), StatusOk);
-    EXPECT_EQ(removed, False32);
-    EXPECT_EQ(device.RemoveAllBreakpoints(), StatusOk);
-    EXPECT_EQ(TakeCalls(), "remove100 remove1099511627776 b") << "each once, an empty place passed";
-    EXPECT_EQ(device.AddBreakpoint(0, 5, item), StatusOk);
-    EXPECT_EQ(device.RemoveBreakpoint(0, 5, removed), StatusOk);
-    EXPECT_EQ(removed, True32);
-    EXPECT_TRUE(processor.List.empty());
-}
-
-TEST_F(SoftDevice, ExplainsARefusedBreakpointOnlyWhenTheHardwareHasSome) {
-    TProcessor processor;
-    processor.Limit = 0;
-    TVorelDevice device(Host, Dialogs, &processor);
-    IVorelBreakpoint* item = nullptr;
-    EXPECT_EQ(device.AddBreakpoint(0, 1, item), StatusOk);
-    EXPECT_EQ(Host.Boxes, "");
-    processor.Hardware = 4;
-    EXPECT_EQ(device.AddBreakpoint(0, 1, item), StatusOk);
-    EXPECT_EQ(item, nullptr);
-    EXPECT_EQ(Host.Boxes,
-              "2Error|A request for a hardware breakpoint could not be satisfied!\r\n\r\nEither "
-              "the underlying hardware has no support for hardware breakpoints or you need to free "
-              "up an existing hardware breakpoint.\r\n");
 }
 
 std::string At(std::int32_t device) {

@@ -1,42 +1,28 @@
 #include "ParallelTestTools.h"
-#include "support/Errors.h"
+#include "knowledge/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <random>
 
 namespace vorel {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::ElementsAre;
 
 constexpr const char* Head = "[FileVersion]\nVersion=jtag board FILE V1.0\n";
 
 class BoardFiles : public testing::Test {
 protected:
-    BoardFiles()
-        : Folder(fs::temp_directory_path() /
-                 fs::path(testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::remove_all(Folder);
-        fs::create_directories(Folder);
-    }
-    ~BoardFiles() override { fs::remove_all(Folder); }
-
-    fs::path Write(const std::string& name, const std::string& text) {
-        std::ofstream(Folder / name, std::ios::binary) << text;
-        return Folder / name;
-    }
     TJTagParallelPort_BoardType Load(const std::string& rest) {
         TJTagParallelPort_BoardType board;
-        EXPECT_TRUE(board.LoadFromFile(Write("x.JTGBRD", Head + rest)));
+        EXPECT_TRUE(board.LoadFromFile(Folder.Write("x.JTGBRD", Head + rest)));
         return board;
     }
 
-    fs::path Folder;
+    TTempFolder Folder;
 };
 
 TEST_F(BoardFiles, NumbersEndAtTheFirstForeignCharacterAndAreCutToTheirFields) {
@@ -81,21 +67,21 @@ TEST_F(BoardFiles, ABoardNeedsAHardChainAPortAndTheCableItAsksFor) {
 }
 
 TEST_F(BoardFiles, BoardsWithIdsComeFirstAndBrokenFilesAreDropped) {
-    Write("a.jtgbrd", std::string(Head) + "[BoardDetails]\nName=A\n");
-    Write("b.JTGBRD", std::string(Head) + "[BoardDetails]\nName=B\nBoardId0=1\n");
-    Write("c.JTGBRD", "[FileVersion]\nVersion=JTag Board File v1.1\n[HardChannel]\n");
-    Write("d.JTGBRD", std::string(Head) + "[BoardDetails]\nName=D\nBoardId0=\n");
-    Write("e.JTGBRD", "");
-    Write("f.JTGBRD", std::string(Head) + std::string(2 * 1024 * 1024, ';'));
-    Write("g.txt", std::string(Head) + "[BoardDetails]\nName=G\n");
-    fs::create_directory(Folder / "h.JTGBRD");
+    Folder.Write("a.jtgbrd", std::string(Head) + "[BoardDetails]\nName=A\n");
+    Folder.Write("b.JTGBRD", std::string(Head) + "[BoardDetails]\nName=B\nBoardId0=1\n");
+    Folder.Write("c.JTGBRD", "[FileVersion]\nVersion=JTag Board File v1.1\n[HardChannel]\n");
+    Folder.Write("d.JTGBRD", std::string(Head) + "[BoardDetails]\nName=D\nBoardId0=\n");
+    Folder.Write("e.JTGBRD", "");
+    Folder.Write("f.JTGBRD", std::string(Head) + std::string(std::size_t{2} * 1024 * 1024, ';'));
+    Folder.Write("g.txt", std::string(Head) + "[BoardDetails]\nName=G\n");
+    std::filesystem::create_directory(Folder / "h.JTGBRD");
     std::mt19937 random(1);
     std::string noise(5000, '\0');
     for (char& c : noise) {
         c = static_cast<char>(random());
     }
-    Write("i.JTGBRD", noise);
-    TJTagParallelPort_InstalledBoardTypes boards(Folder);
+    Folder.Write("i.JTGBRD", noise);
+    TJTagParallelPort_InstalledBoardTypes boards(Folder.Path());
     std::string names;
     for (std::size_t i = 0; i < boards.Count(); ++i) {
         names += boards.BoardAt(i).Name;

@@ -65,23 +65,6 @@ TEST(ParallelMapping, WithoutAPortNothingHappensAndAFailingPortRaises) {
     EXPECT_THROW(mapping.ReadTdo(level), EVorelError);
 }
 
-TEST(ParallelMapping, ReadsAnIdWithACountedNumberOfAccesses) {
-    sim::TChain chain;
-    AddDevice(chain, 0x1234'5679);
-    sim::TParallelCable cable;
-    cable.Connect(PlainWiring(), chain);
-    auto mapping = PlainMapping(cable);
-    mapping.Activate();
-    const sim::PortAccesses before = cable.Accesses();
-    EXPECT_EQ(ReadId(mapping), 0x1234'5679U);
-    const sim::PortAccesses& after = cable.Accesses();
-    // 9 clocks to Shift-DR and 32 there, three changes each; a read and a write for each change.
-    EXPECT_EQ(after.DataReads - before.DataReads, 123U);
-    EXPECT_EQ(after.DataWrites - before.DataWrites, 123U);
-    EXPECT_EQ(after.StatusReads - before.StatusReads, 32U);
-    EXPECT_EQ(after.ControlWrites, 0U);
-}
-
 // Wired by the connector's levels, so the masks' inversions have to be right to get through.
 TEST(ParallelMapping, ReadsAnIdOverTheControlRegisterAndTheInvertedStatusLine) {
     using enum sim::PortRegister;
