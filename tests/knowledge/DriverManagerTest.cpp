@@ -40,7 +40,7 @@ TEST_F(Drivers, ALookUpLoadsExactlyTheModulesThatTheCacheNames) {
     ASSERT_THAT(names, SizeIs(3));
     EXPECT_TRUE(names[0] == "alpha" && names[1] == "Beta" && SameText(names[2], "zeta"));
     EXPECT_EQ(Manager().GetDriverForDevice(""), nullptr);
-    EXPECT_EQ(Manager().GetDriverForDevice("Path"), nullptr) << "no column, a name nobody has";
+    EXPECT_EQ(Manager().GetDriverForDevice("Nobody"), nullptr);
     EXPECT_EQ(Manager().CreateDriverForDevice("Nobody"), nullptr);
     EXPECT_THAT(Loader.Loaded, SizeIs(3));
 }
@@ -89,7 +89,8 @@ TEST_F(Drivers, ListsLeaveOutOurOwnVendorAndEmbeddedProcessors) {
               "A.VOROtherHThe ePROC");
     EXPECT_EQ(row->IdCode, 0x11234093U);
     EXPECT_EQ(row->MaskedIdCode, 0x01234093U);
-    EXPECT_FALSE(Manager().GetDeviceInfo("Vendor"));
+    EXPECT_FALSE(Manager().GetDeviceInfo("Nobody"));
+    EXPECT_THAT(Manager().GetFamiliesForVendor("Vendor"), IsEmpty()) << "no column, but a name";
 }
 
 TEST_F(Drivers, NewDriversAreOfTheirOwnEvenBehindBadEntries) {
