@@ -4,42 +4,12 @@
 #include "bsdl/FileText.h"
 #include "bsdl/RT_ParseVHDL.h"
 #include "bsdl/ReaderBSDL.h"
+#include "knowledge/TempFolder.h"
 #include "support/NeutralHost.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 namespace vorel {
-
-// A folder of the test's own, removed at the end.
-class TTestFolder {
-public:
-    TTestFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vorel-XXXXXX").string();
-        Folder = mkdtemp(pattern.data());
-    }
-    TTestFolder(const TTestFolder&) = delete;
-    TTestFolder& operator=(const TTestFolder&) = delete;
-    ~TTestFolder() { std::filesystem::remove_all(Folder); }
-
-    std::string Path(const std::string& name = "") const {
-        return name.empty() ? Folder.string() : (Folder / name).string();
-    }
-    // Writes a file, making its folders, and gives its path.
-    std::string Write(const std::string& name, const std::string& bytes) const {
-        std::filesystem::create_directories((Folder / name).parent_path());
-        std::ofstream(Folder / name, std::ios::binary) << bytes;
-        return Path(name);
-    }
-    std::size_t FileCount() const {
-        const std::filesystem::directory_iterator files(Folder);
-        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
-    }
-
-private:
-    std::filesystem::path Folder;
-};
 
 // Keeps what the parser tells its host.
 class TRecordingHost : public TNeutralHost {
@@ -68,9 +38,7 @@ struct TParsed {
     explicit TParsed(const std::string& text) : Parser(Host, Folder.Path(), Entities, "dir/a.vhd") {
         Parser.Parse(text);
     }
-    std::vector<std::string> Log() const {
-        return SplitLines(ReadWholeFile(Folder.Path("VHDL Parser.log")).value_or(""));
-    }
+    std::vector<std::string> Log() const { return SplitLines(Folder.Read("VHDL Parser.log")); }
     // The message of the error, without its place.
     std::string Error() const {
         const std::string text = Host.Messages.empty() ? "|" : Host.Messages.front();
@@ -78,7 +46,7 @@ struct TParsed {
         return text.substr(start, text.find(" at Line:") - start);
     }
 
-    TTestFolder Folder;
+    TTempFolder Folder;
     TRecordingHost Host;
     TEntityList Entities;
     TVHDLParser Parser;
@@ -90,6 +58,14 @@ inline std::unique_ptr<TBSDLEntity> ReadBsdl(const std::string& text, const TIdM
     TReaderBSDL reader(host, idMap, "", "test.bsd");
     reader.ReadText(text);
     return reader.TakeEntity();
+}
+
+// What an operation gives that has to succeed.
+template<class Interface, class T>
+T Got(std::type_identity_t<Interface>& object, Status (Interface::*get)(T&) noexcept) {
+    T value{};
+    EXPECT_EQ((object.*get)(value), StatusOk);
+    return value;
 }
 
 // An entity with these declarations in it.

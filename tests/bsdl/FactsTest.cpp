@@ -106,11 +106,7 @@ std::string CellLine(TFields fields) {
         fields[upper] = UpperCase(fields[upper]);
     }
     fields[3] = LowerCase(fields[3]);
-    std::string line = fields[0];
-    for (std::size_t i = 1; i < fields.size(); ++i) {
-        line += "|" + fields[i];
-    }
-    return line;
+    return Join(fields, '|');
 }
 
 std::int64_t Width(const TVHDLPort& port) {
@@ -149,11 +145,8 @@ private:
     void Instructions() {
         EXPECT_EQ(Entity.InstructionLength, Facts["instruction_length"].get<int>());
         EXPECT_EQ(Without(Entity.InstructionCapture, " "), Text("instruction_capture"));
-        TFields names;
-        for (const std::string_view name : Entity.InstructionPrivate) {
-            names.emplace_back(name);
-        }
-        EXPECT_EQ(names, Facts["instruction_private"].get<TFields>());
+        EXPECT_EQ(TFields(Entity.InstructionPrivate.begin(), Entity.InstructionPrivate.end()),
+                  Facts["instruction_private"].get<TFields>());
         std::map<std::string, std::string> expected;
         for (const auto& [name, patterns] : Facts["opcodes"].items()) {
             // Rule: of several patterns the first one counts. Rule: leading X are dropped.
@@ -224,7 +217,6 @@ private:
 
     void PinMaps() {
         std::size_t count = 0;
-        std::string last;
         // Constants stand in reverse order of declaration.
         for (const auto& [key, constant] : Entity.Constants) {
             if (SameText(constant->TypeName, "PIN_MAP_STRING")) {
@@ -250,8 +242,6 @@ private:
         }
         const std::string& map = constant.Names.at(0);
         EXPECT_EQ(Sha256(lines), Facts["pin_maps_sha256"][map].get<std::string>()) << map;
-        EXPECT_EQ(lines.size(), Facts["pin_maps"][map]["entries"].get<std::size_t>());
-        EXPECT_EQ(pins.size(), Facts["pin_maps"][map]["pins"].get<std::size_t>());
         if (!counts) {
             return; // Rule: of several pin maps the one declared last counts.
         }
@@ -273,16 +263,15 @@ private:
 
     void TapPort() {
         std::map<std::string, std::string> actual;
-        const auto put = [&](const char* name, const TScanPin* pin) {
+        for (const auto& [name, pin] : {std::pair{"TDI", Entity.TdiPin},
+                                        {"TDO", Entity.TdoPin},
+                                        {"TMS", Entity.TmsPin},
+                                        {"TCK", Entity.TckPin},
+                                        {"TRST", Entity.TrstPin}}) {
             if (pin != nullptr) {
                 actual[name] = UpperCase(pin->Name);
             }
-        };
-        put("TDI", Entity.TdiPin);
-        put("TDO", Entity.TdoPin);
-        put("TMS", Entity.TmsPin);
-        put("TCK", Entity.TckPin);
-        put("TRST", Entity.TrstPin);
+        }
         std::map<std::string, std::string> expected;
         for (const auto& [name, pin] : Facts["tap"].items()) {
             expected[name] = UpperCase(pin.get<std::string>());
@@ -303,18 +292,11 @@ private:
         const std::vector<TFields> cells = CellsOf(Entity);
         std::vector<std::string> lines;
         std::set<std::int64_t> numbers;
-        std::map<std::string, int> functions;
         for (const TFields& cell : cells) {
             lines.push_back(CellLine(cell));
             numbers.insert(std::stoll(cell[0]));
-            ++functions[LowerCase(cell[3])];
         }
         EXPECT_EQ(Sha256(lines), Text("cells_sha256"));
-        EXPECT_EQ(cells.size(), Facts["boundary_entries"].get<std::size_t>());
-        EXPECT_EQ(numbers.size(), Facts["boundary_cells_distinct"].get<std::size_t>());
-        EXPECT_EQ((functions), (Facts["cell_functions"].get<std::map<std::string, int>>()));
-        EXPECT_EQ(lines.empty() ? "" : lines.front(), Text("first_cell"));
-        EXPECT_EQ(lines.empty() ? "" : lines.back(), Text("last_cell"));
         CheckRecords(cells, numbers);
     }
 
@@ -377,7 +359,7 @@ TEST(BsdlFacts, HoldForFilesOfManyMakers) {
     const TJson facts = TJson::parse(file);
     TRecordingHost host;
     const TIdMap idMap;
-    int compared = 0;
+    EXPECT_GT(facts.size(), 100U);
     for (const auto& [name, entry] : facts.items()) {
         if (name == "_about") {
             continue;
@@ -391,10 +373,7 @@ TEST(BsdlFacts, HoldForFilesOfManyMakers) {
         const std::unique_ptr<TBSDLEntity> entity = reader.TakeEntity();
         ASSERT_NE(entity, nullptr);
         TComparison(*entity, entry["facts"]).All();
-        ++compared;
     }
-    EXPECT_EQ(compared, static_cast<int>(facts.size()) - 1);
-    EXPECT_GE(compared, 100);
 }
 
 } // namespace

@@ -9,19 +9,19 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(VHDLTokens, StandInTheirPlaces) {
-    const std::map<std::string_view, std::int32_t> places{{"'", 0},
-                                                          {"(", 4},
-                                                          {":=", 13},
-                                                          {"<=", 18},
-                                                          {"=>", 21},
-                                                          {"ENTITY", 48},
-                                                          {"Downto", 44},
-                                                          {"to", 97},
-                                                          {"synopsys", 95},
-                                                          {"transport", 98},
-                                                          {"variable", 105},
-                                                          {"rtl_synthesis", 90},
-                                                          {"configuration", 41}};
+    const std::vector<std::pair<std::string_view, std::int32_t>> places{{"'", 0},
+                                                                        {"(", 4},
+                                                                        {":=", 13},
+                                                                        {"<=", 18},
+                                                                        {"=>", 21},
+                                                                        {"ENTITY", 48},
+                                                                        {"Downto", 44},
+                                                                        {"to", 97},
+                                                                        {"synopsys", 95},
+                                                                        {"transport", 98},
+                                                                        {"variable", 105},
+                                                                        {"rtl_synthesis", 90},
+                                                                        {"configuration", 41}};
     for (const auto& [word, place] : places) {
         EXPECT_EQ(FindToken(word), place) << word;
     }
@@ -117,13 +117,9 @@ TEST(VHDLParser, KeepsAttributesAndConstantsInReverseOrder) {
     EXPECT_EQ(constant->second->GetText(), "Constant ");
 }
 
-struct TCommentCase {
-    const char* Comment;
-    const char* Error; // empty: the port behind the comment is there
-};
-
 TEST(VHDLParser, ObeysPragmasInComments) {
-    const std::vector<TCommentCase> cases{
+    // By comment the error; without one the port behind the comment is there.
+    const std::vector<std::pair<std::string, std::string>> cases{
         {"-- port; end; \" unclosed \xE9", ""},
         {"--", ""},
         {"-- rtl_synthesis off\n end garbage ; -- rtl_synthesis on\n", ""},
@@ -133,10 +129,10 @@ TEST(VHDLParser, ObeysPragmasInComments) {
         {"-- rtl_synthesis off\n never closed", "Expected rtl_synthesis"},
         {"--\n synopsys", "Expected transport"}, // the word after the dashes is on the next line
     };
-    for (const TCommentCase& test : cases) {
-        const TParsed parsed(std::string("entity E is ") + test.Comment + "\nport (a : bit); end;");
-        EXPECT_EQ(parsed.Error(), test.Error) << test.Comment;
-        EXPECT_EQ(parsed.Entities.Find("E")->Ports.Count(), *test.Error == '\0' ? 1U : 0U);
+    for (const auto& [comment, error] : cases) {
+        const TParsed parsed("entity E is " + comment + "\nport (a : bit); end;");
+        EXPECT_EQ(parsed.Error(), error) << comment;
+        EXPECT_EQ(parsed.Entities.Find("E")->Ports.Count(), error.empty() ? 1U : 0U);
     }
 }
 
@@ -212,7 +208,7 @@ TEST(VHDLParser, ReadsNetlists) {
     const TEntity& top = *parsed.Entities.Find("TOP");
     EXPECT_EQ(top.Instances.Count(), 2U);
     EXPECT_EQ(top.Signals.Find("S")->Connections.Find("X")->Instance->InstanceName, "U1");
-    EXPECT_EQ(parsed.Folder.FileCount(), 1U) << "only the finished log is left";
+    EXPECT_EQ(parsed.Folder.FileCount(), 1) << "only the finished log is left";
 }
 
 TEST(VHDLParser, IsSilentAboutErrorsInArchitectures) {

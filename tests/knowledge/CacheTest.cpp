@@ -129,15 +129,17 @@ TEST_F(Cache, ChangedModulesAreToldByTimeHourAndChecksum) {
                            TCase{"an hour earlier", start - 0x800, true, 0, 0, start},
                            TCase{"touched", start + 1, false, 2, 0, start + 1},
                            TCase{"new bytes", start + 0x1000, true, 2, 1, start + 0x1000}}) {
-        TInstallation& fresh = *this;
-        fresh.AddModule("A.VOR", "Old|V|F|1|FPGA");
+        AddModule("A.VOR", "Old|V|F|1|FPGA");
         Start();
         Folder.Write("System/A.VOR.txt", "New|V|F|1|FPGA");
         if (c.NewBytes) {
             ChangeBytes("A.VOR");
         }
         Times.Times["A.VOR"] = c.Time;
+        Loader.Loaded.clear();
         const TCacheWork work = Start();
+        EXPECT_EQ(work.ModulesFound, 1) << c.Name;
+        EXPECT_THAT(Loader.Loaded, SizeIs(c.Read)) << c.Name;
         EXPECT_EQ(work.ChecksumsComputed, c.Checksums) << c.Name;
         EXPECT_EQ(work.ModulesRead, c.Read) << c.Name;
         EXPECT_THAT(Devices(), ElementsAre(c.Read > 0 ? "New" : "Old")) << c.Name;

@@ -74,15 +74,23 @@ TEST_F(Drivers, UnknownIdsGiveTheGenericFamily) {
 
 TEST_F(Drivers, ListsLeaveOutOurOwnVendorAndEmbeddedProcessors) {
     AddModule("A.VOR", "a|Tarvex|F|1|PROC\nb|Maker|nios2|1|PROC\nc|Maker|Good|1|PROC\n"
-                       "d|Maker|MicroBlaze|1|PROC\ne|Other|H|1|PROC\n|Maker|I|1|FPGA");
+                       "d|Maker|MicroBlaze|1|PROC\ne|Other|H|11234093|PROC\n|Maker|I|1|FPGA\n"
+                       "f|Other|h|1|proc");
     EXPECT_THAT(Manager().GetVendors(), ElementsAre("Maker", "Other"));
     EXPECT_THAT(Manager().GetFamiliesForVendor("maker"), ElementsAre("Good", "I"));
-    EXPECT_THAT(Manager().GetFamiliesForType("PROC"), SizeIs(5));
+    EXPECT_THAT(Manager().GetFamiliesForType("proc"), SizeIs(5))
+        << "names that differ in case are one";
     EXPECT_THAT(Manager().GetDriversOfFamily("Good"), SizeIs(1));
     EXPECT_THAT(Manager().GetDriversOfFamily("good"), IsEmpty()) << "compared with case";
-    EXPECT_THAT(Manager().GetAllDrivers(), SizeIs(5)) << "a driver without a name is no device";
-    ASSERT_TRUE(Manager().GetDeviceInfo("C"));
-    EXPECT_EQ(Manager().GetDeviceInfo("C")->Family, "Good");
+    EXPECT_THAT(Manager().GetAllDrivers(), SizeIs(6)) << "a driver without a name is no device";
+    const std::optional<TDeviceRow> row = Manager().GetDeviceInfo("E");
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->Path + row->Vendor + row->Family + row->Display + row->Type,
+              "A.VOROtherHThe ePROC");
+    EXPECT_EQ(row->IdCode, 0x11234093U);
+    EXPECT_EQ(row->MaskedIdCode, 0x01234093U);
+    EXPECT_FALSE(Manager().GetDeviceInfo("Nobody"));
+    EXPECT_THAT(Manager().GetFamiliesForVendor("Vendor"), IsEmpty()) << "no column, but a name";
 }
 
 TEST_F(Drivers, NewDriversAreOfTheirOwnEvenBehindBadEntries) {

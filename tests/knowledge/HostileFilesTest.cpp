@@ -7,34 +7,22 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 namespace vorel {
 namespace {
 
 struct TExpected {
     const char* Name;
     std::string Text;
-    int Families; // -1: any number
+    int Families;
     int Aliases;
     int Mappings;
 };
-
-std::string RandomBytes(std::size_t size) {
-    std::mt19937 generator(11);
-    std::string bytes;
-    while (bytes.size() < size) {
-        bytes.push_back(static_cast<char>(generator() & 0xFFU));
-    }
-    return bytes;
-}
 
 std::vector<TExpected> HostileTexts() {
     std::string line;
     line.resize(50'000'000, 'x');
     const std::string nuls(100'000, '\0');
-    return {{"random", RandomBytes(1'000'000), -1, -1, 0},
-            {"a family without end", "1=2\nDEVICE_FAMILY=A\nValueType=STR|Key=" + line, 1, 1, 0},
+    return {{"a family without end", "1=2\nDEVICE_FAMILY=A\nValueType=STR|Key=" + line, 1, 1, 0},
             {"a long value", "[JTAGMapping1]\nIdCode=5\nLibrary=" + line, 0, 0, 1},
             {"NULs", nuls + "\n3=4\n" + nuls + "\n[JTAGMapping1]\nIdCode=5\n", 0, 1, 1},
             {"line ends", std::string(3'000'000, '\n'), 0, 0, 0}};
@@ -51,9 +39,8 @@ TEST(HostileFiles, AreReadWithinBounds) {
         const Ref<TDeviceFamilyManager> families(new TDeviceFamilyManager(path));
         std::int32_t count = 0;
         EXPECT_EQ(families->GetCount(count), StatusOk);
-        EXPECT_TRUE(hostile.Families < 0 || count == hostile.Families) << count;
-        const auto aliases = static_cast<int>(TJtagAliases(read).Count());
-        EXPECT_TRUE(hostile.Aliases < 0 || aliases == hostile.Aliases) << aliases;
+        EXPECT_EQ(count, hostile.Families);
+        EXPECT_EQ(static_cast<int>(TJtagAliases(read).Count()), hostile.Aliases);
         {
             const Ref<TGenericDeviceManager> generics(new TGenericDeviceManager(path, nullptr));
             EXPECT_EQ(static_cast<int>(generics->GetMappings().size()), hostile.Mappings);

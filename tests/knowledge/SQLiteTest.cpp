@@ -103,11 +103,6 @@ TEST_F(SQLite, WhatWasNotCommittedIsTakenBack) {
         TSQLiteTransaction transaction(Database);
         Database.ExecSQL("INSERT INTO t VALUES (1)");
     }
-    {
-        TSQLiteDatabase other(Folder / "test.db");
-        other.ExecSQL("BEGIN");
-        other.ExecSQL("INSERT INTO t VALUES (2)");
-    }
     EXPECT_EQ(Database.GetTable("SELECT * FROM t").RowCount(), 0U);
 }
 

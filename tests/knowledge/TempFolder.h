@@ -38,6 +38,9 @@ public:
         std::ifstream file(Root / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
+    std::ptrdiff_t FileCount() const {
+        return std::distance(std::filesystem::directory_iterator(Root), {});
+    }
 
 private:
     std::filesystem::path Root;

@@ -7,6 +7,7 @@
 #include "vorel/DriverBase.h"
 
 #include <algorithm>
+#include <array>
 #include <dlfcn.h>
 #include <fstream>
 #include <sstream>
@@ -31,41 +32,37 @@ const std::vector<std::string>& Lines() {
 
 class TTestDriver final : public TDriverBase {
 public:
-    explicit TTestDriver(const std::string& line) : Line(line) {}
+    explicit TTestDriver(const std::string& line) {
+        std::istringstream rest(line);
+        for (std::string& field : Fields) {
+            std::getline(rest, field, '|');
+        }
+    }
 
     Status GetDeviceName(WideText& text) noexcept override {
-        return Line == "!nameless" ? StatusError : GiveField(0, text);
+        return Fields[0] == "!nameless" ? StatusError : GiveField(0, text);
     }
     Status GetDisplayName(WideText& text) noexcept override {
-        return Guard([&] { text = u"The " + ToWide(Field(0)); });
+        return Guard([&] { text = u"The " + ToWide(Fields[0]); });
     }
     Status GetVendor(WideText& text) noexcept override { return GiveField(1, text); }
     Status GetFamily(WideText& text) noexcept override { return GiveField(2, text); }
     Status GetIdCode(std::uint32_t& id) noexcept override {
-        return Guard([&] { id = static_cast<std::uint32_t>(ParseHex(Field(3)).value_or(0)); });
+        return Guard([&] { id = static_cast<std::uint32_t>(ParseHex(Fields[3]).value_or(0)); });
     }
     Status HasAttribute(const WideText& word, Bool32& value) noexcept override {
         return Guard([&] {
-            const std::vector<std::string> words = SplitCommaText(Field(4));
+            const std::vector<std::string> words = SplitCommaText(Fields[4]);
             value = ToBool32(std::find(words.begin(), words.end(), ToUtf8(word)) != words.end());
         });
     }
 
 private:
-    std::string Field(int number) const {
-        std::istringstream rest(Line);
-        std::string field;
-        for (; number >= 0; --number) {
-            field.clear();
-            std::getline(rest, field, '|');
-        }
-        return field;
-    }
-    Status GiveField(int number, WideText& text) const noexcept {
-        return Guard([&] { text = ToWide(Field(number)); });
+    Status GiveField(std::size_t number, WideText& text) const noexcept {
+        return Guard([&] { text = ToWide(Fields.at(number)); });
     }
 
-    std::string Line;
+    std::array<std::string, 5> Fields;
 };
 
 } // namespace

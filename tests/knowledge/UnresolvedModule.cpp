@@ -1,19 +1,15 @@
 // A driver module that needs a function that nobody has.
+#include "drivers/ModuleExport.h"
 #include "vorel/Driver.h"
 
-extern "C" {
+extern "C" int VorelFunctionThatNobodyHas();
 
-int VorelFunctionThatNobodyHas();
-
-__attribute__((visibility("default"))) vorel::Status GetVorelDriverCount(std::int32_t* count) {
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriverCount(std::int32_t* count) {
     *count = VorelFunctionThatNobodyHas();
     return vorel::StatusOk;
 }
 
-__attribute__((visibility("default"))) vorel::Status GetVorelDriver(std::int32_t,
-                                                                    vorel::IVorelDriver** driver) {
+VOREL_MODULE_EXPORT vorel::Status GetVorelDriver(std::int32_t, vorel::IVorelDriver** driver) {
     *driver = nullptr;
     return vorel::StatusOk;
 }
-
-} // extern "C"

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace vorel::sim {
 namespace {
 
@@ -42,23 +44,21 @@ TEST(BsdlDevice, IsTheTapOfItsDescription) {
     EXPECT_EQ(port.Driver.Dr(BitText(32, '0')), TapDriver::Bits(0x00AAF0CC, 32));
     EXPECT_EQ(port.Scan("00000110", BitText(32, '0')), TapDriver::Bits(0x34321093, 32));
 
-    struct Case {
-        const char* Instruction;
-        std::size_t Length; // of the register that it selects
-    };
-    for (const Case& c : std::vector<Case>{{"1111", 1}, // BYPASS
-                                           {"0111", 1}, // a register without length
-                                           {"0101", 1}, // HIGHZ
-                                           {"1110", 1}, // in no list
-                                           {"0110", 5}, // a register of its own
-                                           {"0010", 8}, // SAMPLE
-                                           {"1000", 8}, // its second code
-                                           {"1010", 8}}) {
+    // By instruction the length of the register that it selects.
+    for (const auto& [instruction, length] :
+         std::map<std::string, std::size_t>{{"1111", 1}, // BYPASS
+                                            {"0111", 1}, // a register without length
+                                            {"0101", 1}, // HIGHZ
+                                            {"1110", 1}, // in no list
+                                            {"0110", 5}, // a register of its own
+                                            {"0010", 8}, // SAMPLE
+                                            {"1000", 8}, // its second code
+                                            {"1010", 8}}) {
         TOnChain device("latch.bsd");
-        device.Scan(c.Instruction, BitText(12, '0'));
+        device.Scan(instruction, BitText(12, '0'));
         BitText late(12, '0');
-        late[11 - c.Length] = '1';
-        EXPECT_EQ(device.Driver.Dr("000000000001"), late) << c.Instruction;
+        late[11 - length] = '1';
+        EXPECT_EQ(device.Driver.Dr("000000000001"), late) << instruction;
     }
     EXPECT_EQ(latch.Scan("1001", BitText(32, '0')), TapDriver::Bits(0x01234093, 32)) << "X001";
 }
@@ -122,11 +122,7 @@ TEST(BsdlScene, MakesDevicesFromFiles) {
     EXPECT_EQ(driver.Dr(BitText(16, '0')), "1000000110000001");
     EXPECT_EQ(parse("P bsdl=port.bsd id=none").Pods[0].Hard.Devices[0].Settings.Id, std::nullopt);
 
-    struct Case {
-        const char* Line;
-        const char* Error;
-    };
-    for (const Case& c : std::vector<Case>{
+    for (const auto& [line, error] : std::vector<std::pair<const char*, const char*>>{
              {"L bsdl=", "a.ini:3: the path of a BSDL file is expected behind bsdl="},
              {"L bsdl=none.bsd", "none.bsd\" cannot be read"},
              {"L bsdl=broken.bsd", "broken.bsd\" has an error in line 4, column 16: "},
@@ -138,9 +134,9 @@ TEST(BsdlScene, MakesDevicesFromFiles) {
              {"L bsdl=latch.bsd capture=11", "capture value \"11\" of device \"L\""},
              {"L id=3 ir=4 pin.D=1", "levels on pins need a device with bsdl=PATH"},
              {"L bsdl=../../simulator/CMakeLists.txt", "has no entity in it"}}) {
-        EXPECT_THAT([&] { parse(c.Line); },
-                    testing::ThrowsMessage<ESceneError>(testing::HasSubstr(c.Error)))
-            << c.Line;
+        EXPECT_THAT(([&, &line = line] { parse(line); }),
+                    testing::ThrowsMessage<ESceneError>(testing::HasSubstr(error)))
+            << line;
     }
     EXPECT_THAT([&] { TScene::Parse("[pod]\n[board]\ndevice=L bsdl=latch.bsd", "f"); },
                 testing::ThrowsMessage<ESceneError>(testing::HasSubstr("f:3: a board controller")));

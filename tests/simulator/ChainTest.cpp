@@ -89,36 +89,13 @@ TEST(Chain, ShowsItsFaults) {
     EXPECT_THROW(empty.SetWireFault(0, None), EVorelError);
 }
 
-TEST(Chain, CarriesAThousandDevices) {
-    TChain chain;
-    for (std::uint32_t i = 0; i < 1000; ++i) {
-        chain.Add(std::make_unique<TTapDevice>(Part(i * 2 + 1, 4)));
-    }
-    TapDriver driver(chain);
-    driver.ResetToIdle();
-    driver.Tms("100");
-    for (std::uint32_t i = 1000; i-- > 0;) {
-        ASSERT_EQ(driver.Shift(BitText(32, '1'), false), TapDriver::Bits(i * 2 + 1, 32)) << i;
-    }
-    driver.ResetToIdle();
-    driver.Ir(BitText(4000, '1'));
-    EXPECT_EQ(driver.Dr("1" + BitText(1000, '0')), BitText(1001, '0'));
-}
-
 struct BoardFixture : testing::Test {
     BoardFixture() {
-        Controller = &Board.AddController({"Lumaplate", 0x1B8C0B01, 8, {}, {}});
-        Target.HardChain().Add(std::make_unique<TTapDevice>(Part(IdA)));
-        Target.SoftChain().Add(std::make_unique<TTapDevice>(Part(IdB)));
+        Board.AddController({"Lumaplate", 0x1B8C0B01, 8, {}, {}});
         auto memory = std::make_unique<TSpiMemory>("flash", 0xEF4014);
         Memory = memory.get();
         Board.SetSpiDevice(5, std::move(memory));
         Driver.ResetToIdle();
-    }
-    BitText IdBehindMultiplexer() {
-        TapDriver second(Board.MultiplexedLines());
-        second.ResetToIdle();
-        return second.Dr(BitText(32, '0'));
     }
     // Bytes through the SPI bus in one selection.
     std::vector<unsigned> Spi(const std::vector<unsigned>& bytes) {
@@ -142,37 +119,9 @@ struct BoardFixture : testing::Test {
 
     TTarget Target;
     TBoard& Board = Target.AddBoard();
-    TBoardController* Controller = nullptr;
     TSpiMemory* Memory = nullptr;
     TapDriver Driver{Board.ControllerChain()};
 };
-
-TEST_F(BoardFixture, ConnectsWhatItsRegisterSays) {
-    struct Case {
-        std::uint8_t Value;
-        BitText Id;
-    };
-    EXPECT_EQ(IdBehindMultiplexer(), TapDriver::Bits(IdA, 32));
-    for (const Case& c : {Case{1, TapDriver::Bits(IdB, 32)},
-                          {0, TapDriver::Bits(IdA, 32)},
-                          {3, BitText(32, '1')},
-                          {2, BitText(32, '1')}}) {
-        Driver.BoardRegister(true, c.Value);
-        EXPECT_EQ(Board.Selection(), c.Value);
-        EXPECT_EQ(IdBehindMultiplexer(), c.Id) << int{c.Value};
-        EXPECT_EQ(Driver.BoardRegister(false, 0xFF), c.Value) << "a read changes nothing";
-    }
-    EXPECT_EQ(Controller->WriteCount(), 4U);
-    EXPECT_EQ(Controller->ReadCount(), 4U);
-}
-
-TEST_F(BoardFixture, IsBusyForAWhileAfterAWrite) {
-    Controller->SetBusyReads(2);
-    Driver.BoardRegister(true, 5 * 4 + 2);
-    EXPECT_EQ(Driver.BoardRegister(false, 0), 23);
-    EXPECT_EQ(Driver.BoardRegister(false, 0), 23);
-    EXPECT_EQ(Driver.BoardRegister(false, 0), 22);
-}
 
 TEST_F(BoardFixture, ReachesTheSelectedSpiDevice) {
     using Bytes = std::vector<unsigned>;
@@ -193,6 +142,10 @@ TEST_F(BoardFixture, ReachesTheSelectedSpiDevice) {
     EXPECT_NE(Memory->Tdo(), Level::Released);
     Driver.BoardRegister(true, 0);
     EXPECT_EQ(Memory->Tdo(), Level::Released) << "what is no longer connected is deselected";
+    Driver.BoardRegister(true, 3);
+    EXPECT_EQ(Driver.BoardRegister(false, 0xFF), 3);
+    EXPECT_EQ(Board.Selection(), 3U) << "a read changes nothing";
+    EXPECT_EQ(Board.MultiplexedLines().Tdo(), Level::Released) << "3 connects nothing";
     EXPECT_THROW(Board.SetSpiDevice(5, nullptr), EVorelError);
     EXPECT_THROW(Board.SetSpiDevice(32, nullptr), EVorelError);
 }

@@ -12,6 +12,8 @@
 namespace vorel::sim {
 namespace {
 
+using Words = std::vector<std::uint32_t>;
+
 class DebugUnit : public testing::Test {
 protected:
     enum Register : unsigned {
@@ -43,9 +45,9 @@ protected:
         const BitText seen = Master.Dr("0" + data + "0");
         return seen.substr(1, data.size());
     }
-    std::vector<std::uint32_t> ReadWords(unsigned number, std::size_t count) {
+    Words ReadWords(unsigned number, std::size_t count) {
         const BitText bits = Access(number, true, BitText(32 * count, '0'));
-        std::vector<std::uint32_t> words;
+        Words words;
         for (std::size_t i = count; i-- > 0;) {
             words.push_back(
                 static_cast<std::uint32_t>(std::stoul(bits.substr(32 * i, 32), nullptr, 2)));
@@ -56,7 +58,7 @@ protected:
     void Write(unsigned number, std::uint32_t value) {
         Access(number, false, TapDriver::Bits(value, 32));
     }
-    void WriteStream(unsigned number, const std::vector<std::uint32_t>& words) {
+    void WriteStream(unsigned number, const Words& words) {
         BitText text = "1";
         for (const std::uint32_t word : words) {
             text = TapDriver::Bits(word, 32) + text;
@@ -94,8 +96,7 @@ TEST_F(DebugUnit, RegistersHoldWhatTheyShould) {
     for (const Case& c : cases) {
         EXPECT_EQ(Read(c.Number), c.AtFirst) << c.Number;
         Write(c.Number, 0xFFFFFFFF);
-        EXPECT_EQ(ReadWords(c.Number, 2), (std::vector<std::uint32_t>{c.AfterWrite, 0}))
-            << c.Number;
+        EXPECT_EQ(ReadWords(c.Number, 2), (Words{c.AfterWrite, 0})) << c.Number;
     }
 }
 
@@ -103,10 +104,10 @@ TEST_F(DebugUnit, StreamsCountFromTheirPointers) {
     Write(Address, 0x102);
     WriteStream(Memory, {1, 2, 3});
     EXPECT_EQ(Read(Address), 0x100U) << "the pointer stays";
-    EXPECT_EQ(ReadWords(Memory, 4), (std::vector<std::uint32_t>{1, 2, 3, 0}));
+    EXPECT_EQ(ReadWords(Memory, 4), (Words{1, 2, 3, 0}));
     Write(Address, 0xFFFF8);
     WriteStream(Memory, {4, 5});
-    EXPECT_EQ(ReadWords(Memory, 3), (std::vector<std::uint32_t>{4, 5, 0})) << "nothing reads 0";
+    EXPECT_EQ(ReadWords(Memory, 3), (Words{4, 5, 0})) << "nothing reads 0";
     EXPECT_EQ(State(), 4U) << "and is no failure";
     WriteStream(Memory, {4, 5, 6});
     EXPECT_EQ(State(), 0x10004U);
@@ -117,10 +118,10 @@ TEST_F(DebugUnit, StreamsCountFromTheirPointers) {
 
     Write(Number, 31);
     WriteStream(Data, {7, 8, 9, 10});
-    EXPECT_EQ(ReadWords(Data, 4), (std::vector<std::uint32_t>{7, 8, 9, 0}));
+    EXPECT_EQ(ReadWords(Data, 4), (Words{7, 8, 9, 0}));
     Write(Number, 0);
     WriteStream(Data, {7, 8});
-    EXPECT_EQ(ReadWords(Data, 2), (std::vector<std::uint32_t>{0, 8}));
+    EXPECT_EQ(ReadWords(Data, 2), (Words{0, 8}));
 }
 
 TEST_F(DebugUnit, CommandsDoWhatTheStateAllows) {
@@ -184,7 +185,7 @@ TEST_F(DebugUnit, TheConsoleWaitsUntilItIsTaken) {
         WriteStream(Memory, {0xFFFFFF00U | static_cast<unsigned char>(c)});
     }
     EXPECT_EQ(Read(Console), 3U);
-    EXPECT_EQ(ReadWords(Characters, 4), (std::vector<std::uint32_t>{'a', 'b', 'c', 0}));
+    EXPECT_EQ(ReadWords(Characters, 4), (Words{'a', 'b', 'c', 0}));
     EXPECT_EQ(Read(Console), 3U) << "reading takes nothing";
     Write(Console, 2);
     EXPECT_EQ(Read(Characters), std::uint32_t{'c'});

@@ -11,49 +11,44 @@
 
 #include <map>
 #include <sys/socket.h>
-#include <thread>
 
 namespace vorel::sim {
 namespace {
 
 using testing::HasSubstr;
 
-constexpr std::uint32_t Id = 0x1140D093;
+void Send(TSocket& socket, const std::string& text) {
+    std::size_t count = 0;
+    socket.Send(text.data(), text.size(), count);
+    EXPECT_EQ(count, text.size());
+}
 
-// A server for one device. Start() lets it run beside the test until Stop() or the end.
+// What has come so far.
+std::string Receive(TSocket& socket) {
+    std::string text(1000, '\0');
+    std::size_t count = 0;
+    socket.Receive(text.data(), text.size(), count);
+    text.resize(count);
+    return text;
+}
+
+// A server for one device.
 struct ServerFixture : testing::Test {
-    ServerFixture() { Chain.Add(std::make_unique<TTapDevice>(Part(Id, 6))); }
-    ~ServerFixture() override { Stop(); }
-    void Start() {
-        Thread = std::thread([this] { Server.Run(StopFlag); });
-    }
-    void Stop() {
-        StopFlag = true;
-        if (Thread.joinable()) {
-            Thread.join();
-        }
-    }
+    ServerFixture() { Chain.Add(std::make_unique<TTapDevice>(Part(0x1140D093, 6))); }
     // Sends, lets the server work, and gives what came back.
     std::string Talk(TSocket& client, const std::string& text) {
-        std::size_t count = 0;
-        client.Send(text.data(), text.size(), count);
-        EXPECT_EQ(count, text.size());
+        Send(client, text);
         const std::uint64_t clients = Server.ClientCount();
         Server.Poll(1000);
         if (Server.ClientCount() != clients) {
             Server.Poll(1000);
         }
-        std::string answer(1000, '\0');
-        client.Receive(answer.data(), answer.size(), count);
-        answer.resize(count);
-        return answer;
+        return Receive(client);
     }
     TSocket Connect() { return TSocket::Connect("127.0.0.1", Server.Port(), 5000); }
 
     TChain Chain;
     TRemoteBitbangServer Server{Chain, 0};
-    std::atomic<bool> StopFlag{false};
-    std::thread Thread;
 };
 
 // TMS 0100 from Test-Logic-Reset to Shift-DR, then TDO before each of 4 clocks.
@@ -118,50 +113,6 @@ TEST_F(ServerFixture, KeepsAnswersBoundedForAClientThatDoesNotRead) {
     EXPECT_EQ(received, sent);
 }
 
-TEST_F(ServerFixture, LinesBehindItDoWhatLocalLinesDo) {
-    Start();
-    TRemoteBitbangLines lines("127.0.0.1", Server.Port());
-    for (const char tms : std::string("0100")) {
-        lines.Clock(tms == '1', true);
-    }
-    for (int i = 0; i < 40; ++i) {
-        lines.ClockSampled(i == 39, i < 4);
-    }
-    lines.SetTdi(false);
-    lines.SetTms(true);
-    lines.Sample();
-    std::vector<std::uint8_t> samples;
-    ASSERT_TRUE(lines.Finish(samples)) << lines.ErrorText();
-    BitText bits;
-    for (const std::uint8_t sample : samples) {
-        bits.insert(0, 1, sample != 0 ? '1' : '0');
-    }
-    EXPECT_EQ(bits, "100001111" + TapDriver::Bits(Id, 32));
-    EXPECT_EQ(lines.BatchCount(), 1U);
-    samples.clear();
-    EXPECT_TRUE(lines.Finish(samples));
-    EXPECT_TRUE(samples.empty());
-    EXPECT_EQ(lines.BatchCount(), 1U) << "an empty batch costs nothing";
-    Stop();
-    EXPECT_EQ(Chain.Device(0).State(), TapState::Exit1Dr);
-    EXPECT_EQ(Chain.ClockCount(), 44U);
-    EXPECT_LT(lines.CharacterCount(), 140U) << "about two characters a clock, one a sample";
-}
-
-TEST_F(ServerFixture, APodCanStandInFrontOfIt) {
-    Start();
-    const TScene scene =
-        TScene::Parse("[pod]\nremote = 127.0.0.1:" + std::to_string(Server.Port()));
-    const auto usb = scene.CreateUsb();
-    TPodFirmware& firmware = *usb->Pod(0).Firmware();
-    // Mode 1; TMS 0, 1, 0, 0; four clocks with capture.
-    const std::vector<std::uint8_t> stream{1, 0x55, 0x08, 0x64, 0, 0xE4};
-    std::vector<std::uint8_t> answer(2);
-    ASSERT_TRUE(firmware.Write(stream.data(), stream.size())) << firmware.ErrorText();
-    EXPECT_EQ(firmware.Read(answer.data(), 2), 2U);
-    EXPECT_EQ(answer[1], 0x30);
-}
-
 TEST(RemoteBitbangLines, SayWhyTheyCannotConnect) {
     std::uint16_t unused = 0;
     { unused = TSocket::Listen(0).LocalPort(); }
@@ -184,17 +135,8 @@ struct PeerFixture : testing::Test {
         Peer = TSocket(ends[0]);
         Lines = std::make_unique<TRemoteBitbangLines>(TSocket(ends[1]), "there:7");
     }
-    void Answer(const std::string& text) {
-        std::size_t count = 0;
-        Peer.Send(text.data(), text.size(), count);
-    }
-    std::string Sent() {
-        std::string text(1000, '\0');
-        std::size_t count = 0;
-        Peer.Receive(text.data(), text.size(), count);
-        text.resize(count);
-        return text;
-    }
+    void Answer(const std::string& text) { Send(Peer, text); }
+    std::string Sent() { return Receive(Peer); }
 
     TSocket Peer;
     std::unique_ptr<TRemoteBitbangLines> Lines;
@@ -215,6 +157,8 @@ TEST_F(PeerFixture, SendsEachOperationAsItsCharacters) {
     EXPECT_TRUE(Lines->Finish(Samples));
     EXPECT_EQ(Sent(), "0R");
     EXPECT_EQ(Samples, (std::vector<std::uint8_t>{0, 1}));
+    EXPECT_TRUE(Lines->Finish(Samples));
+    EXPECT_EQ(Lines->BatchCount(), 2U) << "an empty batch costs nothing";
     Lines.reset();
     EXPECT_EQ(Sent(), "Q");
 }
@@ -234,6 +178,7 @@ TEST_F(PeerFixture, FailsForGoodWhenTheConnectionIsLost) {
     const std::array<std::uint8_t, 4> stream{1, 0x55, 0, 0xE1};
     EXPECT_FALSE(pod.Firmware()->Write(stream.data(), stream.size()));
     EXPECT_EQ(pod.Firmware()->AnswerBytes(), 0U);
+    EXPECT_THAT(pod.Firmware()->ErrorText(), testing::StartsWith("there:7: "));
 }
 
 TEST_F(PeerFixture, RefusesAServerThatSpeaksSomethingElse) {

@@ -4,84 +4,63 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
-#include <vector>
 
 namespace vorel::sim {
 namespace {
 
-// The diagram once more, as the standard draws it: per state its name and the
-// states that follow with TMS 0 and TMS 1.
-struct Bubble {
-    const char* Name;
-    const char* Zero;
-    const char* One;
-};
-constexpr std::array<Bubble, 16> Diagram{{
-    {"Test-Logic-Reset", "Run-Test/Idle", "Test-Logic-Reset"},
-    {"Run-Test/Idle", "Run-Test/Idle", "Select-DR-Scan"},
-    {"Select-DR-Scan", "Capture-DR", "Select-IR-Scan"},
-    {"Capture-DR", "Shift-DR", "Exit1-DR"},
-    {"Shift-DR", "Shift-DR", "Exit1-DR"},
-    {"Exit1-DR", "Pause-DR", "Update-DR"},
-    {"Pause-DR", "Pause-DR", "Exit2-DR"},
-    {"Exit2-DR", "Shift-DR", "Update-DR"},
-    {"Update-DR", "Run-Test/Idle", "Select-DR-Scan"},
-    {"Select-IR-Scan", "Capture-IR", "Test-Logic-Reset"},
-    {"Capture-IR", "Shift-IR", "Exit1-IR"},
-    {"Shift-IR", "Shift-IR", "Exit1-IR"},
-    {"Exit1-IR", "Pause-IR", "Update-IR"},
-    {"Pause-IR", "Pause-IR", "Exit2-IR"},
-    {"Exit2-IR", "Shift-IR", "Update-IR"},
-    {"Update-IR", "Run-Test/Idle", "Select-DR-Scan"},
-}};
-
-// A TMS path from Test-Logic-Reset to each state, found in the table above.
-std::map<std::string, std::string> PathsFromReset() {
-    std::map<std::string, std::string> paths{{"Test-Logic-Reset", ""}};
-    for (std::size_t round = 0; round < Diagram.size(); ++round) {
-        for (const Bubble& bubble : Diagram) {
-            if (paths.contains(bubble.Name)) {
-                paths.try_emplace(bubble.Zero, paths[bubble.Name] + "0");
-                paths.try_emplace(bubble.One, paths[bubble.Name] + "1");
-            }
-        }
+// One clock for each TMS level, left to right.
+void Clock(TTapDevice& tap, std::string_view levels) {
+    for (const char level : levels) {
+        tap.Rise(level == '1', true);
+        tap.Fall();
     }
-    return paths;
-}
-
-void Clock(TTapDevice& tap, bool tms, bool tdi = true) {
-    tap.Rise(tms, tdi);
-    tap.Fall();
 }
 
 TEST(TapDevice, FollowsTheStateDiagram) {
-    const auto paths = PathsFromReset();
-    ASSERT_EQ(paths.size(), 16U);
-    for (const Bubble& bubble : Diagram) {
+    using enum TapState;
+    // The diagram once more, as the standard draws it.
+    struct Case {
+        const char* Path; // TMS levels from Test-Logic-Reset to the state
+        TapState State;
+        TapState Zero; // what follows with TMS 0 and 1
+        TapState One;
+    };
+    const Case cases[] = {{"", TestLogicReset, RunTestIdle, TestLogicReset},
+                          {"0", RunTestIdle, RunTestIdle, SelectDrScan},
+                          {"01", SelectDrScan, CaptureDr, SelectIrScan},
+                          {"010", CaptureDr, ShiftDr, Exit1Dr},
+                          {"0100", ShiftDr, ShiftDr, Exit1Dr},
+                          {"0101", Exit1Dr, PauseDr, UpdateDr},
+                          {"01010", PauseDr, PauseDr, Exit2Dr},
+                          {"010101", Exit2Dr, ShiftDr, UpdateDr},
+                          {"01011", UpdateDr, RunTestIdle, SelectDrScan},
+                          {"011", SelectIrScan, CaptureIr, TestLogicReset},
+                          {"0110", CaptureIr, ShiftIr, Exit1Ir},
+                          {"01100", ShiftIr, ShiftIr, Exit1Ir},
+                          {"01101", Exit1Ir, PauseIr, UpdateIr},
+                          {"011010", PauseIr, PauseIr, Exit2Ir},
+                          {"0110101", Exit2Ir, ShiftIr, UpdateIr},
+                          {"011011", UpdateIr, RunTestIdle, SelectDrScan}};
+    for (const Case& c : cases) {
         for (const bool tms : {false, true}) {
+            SCOPED_TRACE(std::string(c.Path) + (tms ? ", 1" : ", 0"));
             TTapDevice tap(Part(0x1));
-            for (const char level : paths.at(bubble.Name)) {
-                Clock(tap, level == '1');
-            }
-            Clock(tap, tms);
-            const std::string next = tms ? bubble.One : bubble.Zero;
-            EXPECT_EQ(Diagram[static_cast<std::size_t>(tap.State())].Name, next) << bubble.Name;
-            EXPECT_EQ(tap.Tdo() != Level::Released, next.starts_with("Shift")) << next;
-            for (int i = 0; i < 5; ++i) {
-                Clock(tap, true);
-            }
-            EXPECT_EQ(tap.State(), TapState::TestLogicReset) << bubble.Name;
+            Clock(tap, c.Path);
+            EXPECT_EQ(tap.State(), c.State);
+            Clock(tap, tms ? "1" : "0");
+            const TapState next = tms ? c.One : c.Zero;
+            EXPECT_EQ(tap.State(), next);
+            EXPECT_EQ(tap.Tdo() != Level::Released, next == ShiftDr || next == ShiftIr);
+            Clock(tap, "11111");
+            EXPECT_EQ(tap.State(), TestLogicReset);
         }
     }
 }
 
 TEST(TapDevice, SamplesAtTheRisingEdgeAndDrivesAtTheFallingEdge) {
     TTapDevice tap(Part(0x3));
-    for (const char level : std::string("010")) {
-        Clock(tap, level == '1');
-    }
+    Clock(tap, "010");
     ASSERT_EQ(tap.State(), TapState::CaptureDr);
     tap.Rise(false, true);
     EXPECT_EQ(tap.Tdo(), Level::Released) << "TDO is not driven before the falling edge";
@@ -95,52 +74,6 @@ TEST(TapDevice, SamplesAtTheRisingEdgeAndDrivesAtTheFallingEdge) {
     tap.Fall();
     EXPECT_EQ(tap.Tdo(), Level::Low);
     EXPECT_EQ(tap.ClockCount(), 6U);
-}
-
-// A device with a 5-bit register of its own at instruction 1010.
-class PortDevice : public TTapDevice {
-public:
-    PortDevice() : TTapDevice(Part(0x1)) {}
-    int ResetCalls = 0;
-    int IdleClocks = 0;
-    class TPort : public TWordRegister {
-    public:
-        TPort() : TWordRegister(5) {}
-        void Capture() override { Load(Held + 1); }
-        void Update() override { Held = Value(); }
-        std::uint64_t Held = 6;
-    } Port;
-
-protected:
-    TDataRegister& SelectRegister(const BitText& instruction) override {
-        return instruction == "1010" ? Port : TTapDevice::SelectRegister(instruction);
-    }
-    BitText CaptureInstruction() override { return ResetCalls > 0 ? "1001" : "0101"; }
-    void OnReset() override { ++ResetCalls; }
-    void OnRunTestIdle() override { ++IdleClocks; }
-};
-
-TEST(TapDevice, LetsADerivedDeviceAddRegisters) {
-    TChain chain;
-    auto& tap = static_cast<PortDevice&>(chain.Add(std::make_unique<PortDevice>()));
-    TapDriver driver(chain);
-    driver.Tms("0");
-    EXPECT_EQ(driver.Ir("1010"), "0101");
-    EXPECT_EQ(driver.Dr("10110"), "00111");
-    EXPECT_EQ(tap.Port.Held, 22U);
-    driver.Tms("101"); // through Capture-DR, past Shift-DR
-    EXPECT_EQ(tap.Port.Held, 22U) << "nothing is updated before Update-DR";
-    driver.Tms("10");
-    EXPECT_EQ(tap.Port.Held, 23U);
-    driver.Ir("0110");
-    EXPECT_EQ(driver.Dr("1101"), "1010") << "an unknown instruction is BYPASS";
-    tap.IdleClocks = 0;
-    driver.Tms("000");
-    EXPECT_EQ(tap.IdleClocks, 3);
-    driver.ResetToIdle();
-    EXPECT_EQ(tap.ResetCalls, 1);
-    EXPECT_EQ(tap.ResetCount(), 1U);
-    EXPECT_EQ(driver.Ir("1111"), "1001");
 }
 
 TEST(TapDevice, SelectsIdcodeOrBypassAfterReset) {
