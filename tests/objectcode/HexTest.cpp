@@ -66,13 +66,12 @@ TEST_F(HexTest, DeliversOneBlockForEachRunOfDataRecords) {
     EXPECT_EQ(Blocks[2].Words[0xFFFE], 0U);
     EXPECT_EQ(Blocks[2].Words[0x1000E], 3U);
     EXPECT_TRUE(Host.Messages.empty());
-}
 
-TEST_F(HexTest, ASegmentStartsAsZerosAndLaterRecordsWin) {
     EXPECT_TRUE(Load(HexLine(0, 0, TBytes(64, 0xAA)) + HexLine(4, 0, {0, 1}) +
                      HexLine(0, 0, {1, 2, 3, 4}) + HexLine(0, 1, {9}) + HexLine(0, 6, {7}) + End));
     ASSERT_EQ(Blocks.size(), 2U);
-    EXPECT_EQ(Blocks[1], (TBlock{0x10000, 7, {1, 9, 3, 4, 0, 0, 7}}));
+    EXPECT_EQ(Blocks[1], (TBlock{0x10000, 7, {1, 9, 3, 4, 0, 0, 7}}))
+        << "from zeros, and later records win";
 }
 
 TEST_F(HexTest, TheLastBlockComesWhateverItHolds) {
@@ -162,9 +161,6 @@ TEST_F(HexTest, AFileCutAnywhereHasOneBadLineAtMost) {
             "Errors Found When Loading Hex File: a.hex\r\r     Lines With Errors: 1"};
         EXPECT_EQ(Load(cut), atLineEnd) << size;
         EXPECT_EQ(Blocks.size(), atLineEnd ? 1U : 0U) << size;
-        EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
-        EXPECT_EQ(LoadImage(cut, 1), atLineEnd) << size;
-        EXPECT_EQ(ErrorCount, atLineEnd ? 0 : 1) << size;
         EXPECT_EQ(Host.Messages, atLineEnd ? std::vector<std::string>{} : messages) << size;
     }
 }
