@@ -3,6 +3,7 @@
 #include "SoftRig.h"
 
 #include "simulator/DebugUnit.h"
+#include "vorel/Driver.h"
 
 namespace vorel::host {
 namespace {

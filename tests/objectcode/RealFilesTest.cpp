@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <fstream>
 #include <iterator>
 #include <map>
 
@@ -199,15 +200,6 @@ TEST_F(RealFilesTest, ElfDeliversItsCodeSectionsOnceTheirNamesAreFound) {
         EXPECT_TRUE(std::is_sorted(Blocks.begin(), Blocks.end(), [](const auto& a, const auto& b) {
             return a.Address < b.Address;
         })) << name;
-    }
-}
-
-TEST_F(RealFilesTest, BinaryFilesAreTakenAsTheyAre) {
-    for (const auto& [path, expected] : Expected["bin"].items()) {
-        EXPECT_TRUE(Load(path)) << path;
-        EXPECT_EQ(Digests(),
-                  expected["bytes"] > 0 ? (TDigests{{0, expected["sha256"]}}) : TDigests())
-            << path;
     }
 }
 

@@ -52,7 +52,7 @@ TEST_F(Ppdev, ReadsAnIdAndGivesThePortBackWithItsLastUser) {
     EXPECT_EQ(Cable.ControlRegister(), 0x04);
     port.Reset();
     EXPECT_FALSE(Emulated.IsClaimed());
-    EXPECT_EQ(Emulated.Releases(), 1);
+    EXPECT_EQ(Emulated.Releases, 1);
 }
 
 TEST_F(Ppdev, ABusyOrUnclaimedPortFailsWithItsReason) {
@@ -61,7 +61,7 @@ TEST_F(Ppdev, ABusyOrUnclaimedPortFailsWithItsReason) {
     std::uint8_t value = 1;
     EXPECT_EQ(port->ReadData(value), StatusFromOsError(EINVAL));
     EXPECT_EQ(value, 0);
-    Emulated.AttachOtherDriver(true);
+    Emulated.HasOtherDriver = true;
     EXPECT_EQ(port->Prepare(), StatusFromOsError(EBUSY));
     Bool32 present = True32;
     EXPECT_EQ(port->IsXilinxCable(present), StatusFromOsError(EBUSY));
