@@ -58,6 +58,7 @@ TEST_F(Breakpoints, TheFifthIsPlantedInTheMemory) {
     IVorelBreakpoint* const breakpoint = Add(4);
     ASSERT_NE(breakpoint, nullptr);
     EXPECT_EQ(Add(4), breakpoint);
+    EXPECT_EQ(Add(0x80000), Add(0x80000));
     std::int32_t number = 0;
     EXPECT_EQ(breakpoint->GetNumber10(number), StatusOk);
     EXPECT_EQ(number, -1);

@@ -94,10 +94,8 @@ protected:
     void Replug() {
         Rig.Pod().Plug();
         EXPECT_EQ(Rig.Vorel.ScanJTagPorts(), StatusOk);
-        IJTagPort* port = nullptr;
-        Rig.Chain->GetPort(port);
         Bool32 found = False32;
-        EXPECT_EQ(port->Detect(True32, found), StatusOk);
+        EXPECT_EQ(Rig.Port->Detect(True32, found), StatusOk);
         EXPECT_EQ(found, True32);
     }
     void ExpectAllWell() {

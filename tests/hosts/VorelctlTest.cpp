@@ -2,7 +2,7 @@
 // with golden files, and its exit statuses.
 #include "hosts/RunProgram.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
@@ -13,6 +13,7 @@
 
 namespace {
 
+using testing::HasSubstr;
 using vorel::host::TRun;
 
 TRun RunVorelctl(const std::string& arguments, const std::string& folder = "/") {
@@ -81,7 +82,7 @@ TEST(Vorelctl, SamplesPinsAndMarksChanges) {
               "an instruction register of 8 bits, but"}}) {
         const TRun wrong = RunVorelctl(pins + arguments);
         EXPECT_EQ(wrong.ExitStatus, 1) << arguments;
-        EXPECT_NE(wrong.Output.find(says), std::string::npos) << wrong.Output;
+        EXPECT_THAT(wrong.Output, HasSubstr(says));
     }
     std::filesystem::remove(scene);
 }
@@ -91,11 +92,11 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
     std::filesystem::create_directories(folder);
     const TRun run = RunVorelctl("scan --scene cable.ini --record " + (folder / "a").string());
     EXPECT_EQ(run.ExitStatus, 0);
-    EXPECT_NE(run.Output.find("The traffic was recorded: "), std::string::npos);
+    EXPECT_THAT(run.Output, HasSubstr("The traffic was recorded: "));
     EXPECT_EQ(ReadFile((folder / "a_JTAG.txt").string()).rfind("0: Mode:1 TMS:0 TDI:0 TCK:0\n", 0),
               0U);
     EXPECT_EQ(ReadFile((folder / "a_JTAGOut.txt").string()).rfind("0: -\n", 0), 0U);
-    EXPECT_NE(ReadFile((folder / "a.vcd").string()).find("$enddefinitions"), std::string::npos);
+    EXPECT_THAT(ReadFile((folder / "a.vcd").string()), HasSubstr("$enddefinitions"));
     std::filesystem::remove_all(folder);
     const TRun early = RunVorelctl("scan --record /no/such/folder/a");
     EXPECT_EQ(early.ExitStatus, 3);
@@ -141,7 +142,7 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
     for (const Case& c : cases) {
         const TRun run = RunVorelctl("debug " + std::string(c.Device) + " 2>&1 <<'END'\n" +
                                      c.Lines + "\nEND\n:");
-        EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Lines << ": " << run.Output;
+        EXPECT_THAT(run.Output, HasSubstr(c.Says)) << c.Lines;
     }
     std::filesystem::remove(folder + "bad.bin");
 }
@@ -201,7 +202,7 @@ TEST_F(VorelctlUnplugged, AScriptEndsWithWhatFailedOnWhichDevice) {
         const TRun run = Debug(c.Unplug, c.Lines, "--script s.debug");
         EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Unplug;
         for (const char* text : c.Says) {
-            EXPECT_NE(run.Output.find(text), std::string::npos) << c.Unplug << ": " << run.Output;
+            EXPECT_THAT(run.Output, HasSubstr(text)) << c.Unplug;
         }
     }
 }
@@ -210,30 +211,25 @@ TEST_F(VorelctlUnplugged, ASessionGoesOnWhenThePodIsBack) {
     for (const char* unplug : {"write 300 back", "read 200 back"}) {
         const std::string lines = std::string(Load) + "reconnect\n" + Load;
         const TRun run = Debug(unplug, lines, "< s.debug");
-        EXPECT_NE(run.Output.find("the memory at 000"), std::string::npos) << run.Output;
-        EXPECT_NE(run.Output.find("Reset\nLoaded 50000 bytes in 1 block.\nVerified.\n"),
-                  std::string::npos)
-            << run.Output;
+        EXPECT_THAT(run.Output, HasSubstr("the memory at 000"));
+        EXPECT_THAT(run.Output, HasSubstr("Reset\nLoaded 50000 bytes in 1 block.\nVerified.\n"));
         EXPECT_EQ(run.ExitStatus, 0);
     }
     const TRun run = Debug("write 300", std::string(Load) + "reconnect\n", "< s.debug");
-    EXPECT_NE(run.Output.find("Lumaplate pod (ID: 10.0.1) is not back"), std::string::npos)
-        << run.Output;
+    EXPECT_THAT(run.Output, HasSubstr("Lumaplate pod (ID: 10.0.1) is not back"));
 }
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
     const std::string folder = std::filesystem::temp_directory_path() / "vorelctl-test-saved";
     const std::string script = folder + ".debug";
-    for (const char* extension : {".hex", ".bin"}) {
-        const std::string file = folder + extension;
+    for (const auto& [file, words] :
+         {std::pair{folder + ".hex", " --verify"}, {folder + ".bin", " --address FFFC --verify"}}) {
         std::ofstream(script) << "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " << file
-                              << "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " << file
-                              << (*(extension + 1) == 'h' ? "" : " --address FFFC")
-                              << " --verify\nmem FFF8 6 --width 32\n";
+                              << "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " << file << words
+                              << "\nmem FFF8 6 --width 32\n";
         const TRun run = RunVorelctl("debug --script " + script);
         EXPECT_EQ(run.ExitStatus, 0) << run.Output;
-        EXPECT_NE(run.Output.find("00000000 00000002 00000003 00000004"), std::string::npos)
-            << run.Output;
+        EXPECT_THAT(run.Output, HasSubstr("00000000 00000002 00000003 00000004"));
         std::filesystem::remove(file);
     }
     std::filesystem::remove(script);
@@ -258,7 +254,7 @@ TEST(Vorelctl, TellsWhatIsOddAboutAScene) {
         std::ofstream(scene) << c.Scene;
         const TRun run = RunVorelctl("scan --scene " + scene);
         EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Scene;
-        EXPECT_NE(run.Output.find(c.Says), std::string::npos) << run.Output;
+        EXPECT_THAT(run.Output, HasSubstr(c.Says));
     }
     std::filesystem::remove(scene);
 }
@@ -297,7 +293,7 @@ TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {
     for (const Case& c : cases) {
         const TRun run = RunVorelctl(c.Arguments);
         EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Arguments;
-        EXPECT_NE(run.Output.find(c.Says), std::string::npos) << c.Arguments << ": " << run.Output;
+        EXPECT_THAT(run.Output, HasSubstr(c.Says)) << c.Arguments;
     }
 }
 
