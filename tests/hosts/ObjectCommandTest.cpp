@@ -16,9 +16,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 struct ObjectFiles : testing::Test {
-    std::string Write(const std::string& name, const std::string& contents) const {
-        return Folder.Write(name, contents);
-    }
     TRun Run(const std::string& arguments) const {
         return RunProgram(VOREL_TREE "/System/vorelctl", Folder / "home", arguments);
     }
@@ -38,7 +35,7 @@ constexpr const char* Remedy =
     "Strip the file (strip), or convert it to Intel Hex (objcopy -O ihex).";
 
 TEST_F(ObjectFiles, ArePrintedForPeopleAndForPrograms) {
-    const std::string file = Write("a.elf", TElfImage(Sections).Bytes);
+    const std::string file = Folder.Write("a.elf", TElfImage(Sections).Bytes);
     const std::string code = "24be0c1830dc073b7d4f8c6738f1dda0803599c11760eefeb9ba7ec6b289033e";
     const std::string data = "3a6eb0790f39ac87c94f3856b2dd2c5d110e6811602261a9a923d3bb23adc8b7";
     EXPECT_EQ(Told("object " + file), "0 Format:  ELF\nBlocks:  2\nBytes:   12\n\n"
@@ -52,7 +49,7 @@ TEST_F(ObjectFiles, ArePrintedForPeopleAndForPrograms) {
                   "\"\n    },\n"
                   "    {\n      \"address\": 264,\n      \"length\": 4,\n      \"sha256\": \"" +
                   data + "\"\n    }\n  ]\n}\n");
-    EXPECT_EQ(Told("object --json " + Write("bad.hex", ":00\n")),
+    EXPECT_EQ(Told("object --json " + Folder.Write("bad.hex", ":00\n")),
               "1 {\n  \"format\": \"hex\",\n  \"ok\": false,\n  \"messages\": [\n"
               "    \"Hex File Error : Line 1\",\n"
               "    \"Errors Found When Loading Hex File: bad.hex\\r\\r     Lines With Errors: 1\"\n"
@@ -60,18 +57,18 @@ TEST_F(ObjectFiles, ArePrintedForPeopleAndForPrograms) {
 }
 
 TEST_F(ObjectFiles, ShowTheirSectionsUnderTheNamesThatAreRead) {
-    const std::string file = Write("a.elf", TElfImage(Sections, SymbolNames).Bytes);
+    const std::string file = Folder.Write("a.elf", TElfImage(Sections, SymbolNames).Bytes);
     EXPECT_THAT(Told("object --dump " + file),
                 AllOf(HasSubstr("0 Name=\"start\"\r\n  Type    =SHT_PROGBITS\r\n"),
                       HasSubstr("00000108: 00000064 00000061 00000074 00000061 \r\n")));
-    const std::string hex = Write("a.hex", ":00000001FF\n");
+    const std::string hex = Folder.Write("a.hex", ":00000001FF\n");
     EXPECT_EQ(Told("object --dump " + hex),
               "1 Error: a.hex is not an ELF file\nvorelctl: " + hex + " gives no sections.\n");
     EXPECT_EQ(Run("object --dump " + (Folder / "none")).ExitStatus, 3);
 }
 
 TEST_F(ObjectFiles, WithSymbolsTellWhyTheyDeliverNothing) {
-    const std::string file = Write("a.elf", TElfImage(Sections, SymbolNames).Bytes);
+    const std::string file = Folder.Write("a.elf", TElfImage(Sections, SymbolNames).Bytes);
     for (const char* command : {"load 0 ", "load 0 --address 40 --verify ", "object "}) {
         EXPECT_THAT(Told(command + file),
                     AllOf(StartsWith("1 "),
@@ -79,15 +76,15 @@ TEST_F(ObjectFiles, WithSymbolsTellWhyTheyDeliverNothing) {
                           HasSubstr(Remedy)));
     }
     EXPECT_THAT(Told("object --json " + file), HasSubstr(Remedy));
-    const std::string stripped = Write("stripped", TElfImage(Sections).Bytes);
+    const std::string stripped = Folder.Write("stripped", TElfImage(Sections).Bytes);
     EXPECT_EQ(Told("load 0 --verify " + stripped), "0 Loaded 12 bytes in 1 block.\nVerified.\n");
 }
 
 TEST_F(ObjectFiles, ThatCannotBeTakenSayWhy) {
-    Write("foreign.elf", "\177ELF\2\1");
-    Write("empty.elf", "");
+    Folder.Write("foreign.elf", "\177ELF\2\1");
+    Folder.Write("empty.elf", "");
     std::filesystem::create_symlink("/dev/zero", Folder / "zero");
-    Write("bad.hex", ":00000001FF\n:00\nx\n");
+    Folder.Write("bad.hex", ":00000001FF\n:00\nx\n");
     const std::string folder = Folder / "";
     const std::map<std::string, std::string> cases = {
         {"none", "3 vorelctl: " + folder + "none: The file does not exist.\n"},
@@ -128,14 +125,14 @@ TEST_F(ObjectFiles, ThatCannotBeTakenSayWhy) {
 TEST_F(ObjectFiles, WithSegmentAddressesAreNotLoadedToWrongPlaces) {
     const std::string first = HexLine(2, 0, {0, 0}) + HexLine(0, 0, {1, 2, 3, 4});
     const std::string file =
-        Write("far.hex", first + HexLine(2, 0, {0x10, 0}) + HexLine(0, 0, {5, 6, 7, 8}));
+        Folder.Write("far.hex", first + HexLine(2, 0, {0x10, 0}) + HexLine(0, 0, {5, 6, 7, 8}));
     EXPECT_THAT(Told("load 0 --verify " + file),
                 AllOf(StartsWith("1 "),
                       HasSubstr("was not loaded. The file has extended segment addresses")));
     EXPECT_THAT(
         Told("object " + file),
         AllOf(StartsWith("0 "), HasSubstr("Warning: The file has extended segment addresses")));
-    EXPECT_EQ(Told("load 0 --verify " + Write("near.hex", first)),
+    EXPECT_EQ(Told("load 0 --verify " + Folder.Write("near.hex", first)),
               "0 Loaded 4 bytes in 1 block.\nVerified.\n");
 }
 
@@ -145,7 +142,7 @@ TEST_F(ObjectFiles, AreLoadedAsAWholeOrNotAtAll) {
     };
     // The memory has words of four bytes, and 16 KiB.
     const std::string first = HexLine(0, 0, {0x11, 0x22, 0x33, 0x44}) + HexLine(4, 0, {0, 0});
-    const std::string good = Write("good.hex", first + HexLine(0, 8, {1, 2, 3, 4}));
+    const std::string good = Folder.Write("good.hex", first + HexLine(0, 8, {1, 2, 3, 4}));
     EXPECT_THAT(debug(good, " --verify"), AllOf(HasSubstr("8 bytes in 2 blocks.\nVerified."),
                                                 HasSubstr("00000000  11 22 33 44")));
     EXPECT_THAT(
@@ -153,7 +150,7 @@ TEST_F(ObjectFiles, AreLoadedAsAWholeOrNotAtAll) {
         AllOf(HasSubstr("The block of 4 bytes at 00004000 does not fit in the memory, which "
                         "ends at 00004000."),
               HasSubstr("00000000  00 00 00 00")));
-    const std::string half = Write("half.hex", first + HexLine(0, 8, {1, 2}));
+    const std::string half = Folder.Write("half.hex", first + HexLine(0, 8, {1, 2}));
     EXPECT_THAT(debug(half, ""),
                 AllOf(HasSubstr("have to be multiples of 4"), HasSubstr("00000000  00 00 00 00")));
 }

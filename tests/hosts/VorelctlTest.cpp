@@ -1,6 +1,7 @@
 // vorelctl as a user runs it: the program of the build tree on shipped scenes, its output compared
 // with golden files, and its exit statuses.
 #include "hosts/RunProgram.h"
+#include "knowledge/TempFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -8,12 +9,12 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <string>
 
 namespace {
 
 using testing::HasSubstr;
+using testing::StartsWith;
 using vorel::host::TRun;
 
 TRun RunVorelctl(const std::string& arguments, const std::string& folder = "/") {
@@ -65,10 +66,10 @@ TEST(Vorelctl, PrintsWhatScenesAndFilesHoldAndScriptsDo) {
 
 TEST(Vorelctl, SamplesPinsAndMarksChanges) {
     const std::string folder = VOREL_SOURCE_DIR "/tests/data/bsdl/";
-    const std::string scene =
-        (std::filesystem::temp_directory_path() / "vorelctl-test-pins.ini").string();
-    std::ofstream(scene) << "[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\ndevice = L bsdl=" << folder
-                         << "latch.bsd pin.D=flip pin.4=1\n";
+    const vorel::TTempFolder temporary;
+    const std::string scene = temporary.Write(
+        "pins.ini", "[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\ndevice = L bsdl=" + folder +
+                        "latch.bsd pin.D=flip pin.4=1\n");
     const std::string pins = "pins --scene " + scene + " --chain hard ";
     ExpectGolden(RunVorelctl(pins + "--index 1 --watch --samples 2 --interval 1 --bsdl " + folder +
                              "latch.bsd"),
@@ -84,20 +85,16 @@ TEST(Vorelctl, SamplesPinsAndMarksChanges) {
         EXPECT_EQ(wrong.ExitStatus, 1) << arguments;
         EXPECT_THAT(wrong.Output, HasSubstr(says));
     }
-    std::filesystem::remove(scene);
 }
 
 TEST(Vorelctl, RecordsTheTrafficOfAScan) {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vorelctl-record";
-    std::filesystem::create_directories(folder);
-    const TRun run = RunVorelctl("scan --scene cable.ini --record " + (folder / "a").string());
+    const vorel::TTempFolder folder;
+    const TRun run = RunVorelctl("scan --scene cable.ini --record " + folder / "a");
     EXPECT_EQ(run.ExitStatus, 0);
     EXPECT_THAT(run.Output, HasSubstr("The traffic was recorded: "));
-    EXPECT_EQ(ReadFile((folder / "a_JTAG.txt").string()).rfind("0: Mode:1 TMS:0 TDI:0 TCK:0\n", 0),
-              0U);
-    EXPECT_EQ(ReadFile((folder / "a_JTAGOut.txt").string()).rfind("0: -\n", 0), 0U);
-    EXPECT_THAT(ReadFile((folder / "a.vcd").string()), HasSubstr("$enddefinitions"));
-    std::filesystem::remove_all(folder);
+    EXPECT_THAT(folder.Read("a_JTAG.txt"), StartsWith("0: Mode:1 TMS:0 TDI:0 TCK:0\n"));
+    EXPECT_THAT(folder.Read("a_JTAGOut.txt"), StartsWith("0: -\n"));
+    EXPECT_THAT(folder.Read("a.vcd"), HasSubstr("$enddefinitions"));
     const TRun early = RunVorelctl("scan --record /no/such/folder/a");
     EXPECT_EQ(early.ExitStatus, 3);
     EXPECT_EQ(early.Output,
@@ -107,8 +104,8 @@ TEST(Vorelctl, RecordsTheTrafficOfAScan) {
 
 // One line of a session on the board's devices, and what it says.
 TEST(Vorelctl, DebuggingCommandsAnswer) {
-    const std::string folder = std::filesystem::temp_directory_path() / "vorelctl-test-";
-    std::ofstream(folder + "bad.bin").close();
+    const vorel::TTempFolder folder;
+    folder.Write("bad.bin", "");
     struct Case {
         const char* Device;
         std::string Lines;
@@ -124,8 +121,8 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
         {"0", "mem FFFFF 2", "The memory ends at 00100000."},
         {"0", "mem 0 --write 100", "\"100\" does not fit in 8 bits."},
         {"0", "mem 0 --width 12", "--width is 8, 16 or 32."},
-        {"0", "load " + folder + "none.hex", "none.hex: The file does not exist."},
-        {"0", "load " + folder + "bad.bin", "bad.bin delivers nothing."},
+        {"0", "load " + folder / "none.hex", "none.hex: The file does not exist."},
+        {"0", "load " + folder / "bad.bin", "bad.bin delivers nothing."},
         {"0", "break add 10\nbreak add 0\nbreak list", "00000000\n00000010\n"},
         {"0", "break remove 10", "There is no breakpoint at 00000010."},
         {"0", "break add 2", "ZRC3000 can have no breakpoint at 00000002."},
@@ -144,31 +141,23 @@ TEST(Vorelctl, DebuggingCommandsAnswer) {
                                      c.Lines + "\nEND\n:");
         EXPECT_THAT(run.Output, HasSubstr(c.Says)) << c.Lines;
     }
-    std::filesystem::remove(folder + "bad.bin");
 }
 
 // Debugging sessions on the default scene, its pod pulled out at one transfer.
 class VorelctlUnplugged : public testing::Test {
-public:
-    VorelctlUnplugged() {
-        std::filesystem::create_directories(Folder);
-        std::ofstream(Folder / "x.bin") << std::string(50000, 'x');
-    }
-    ~VorelctlUnplugged() override { std::filesystem::remove_all(Folder); }
-
 protected:
     // `how` says how the lines get to the program.
     TRun Debug(const std::string& unplug, const std::string& lines, const char* how) {
         std::string scene = ReadFile(VOREL_TREE "/scenes/default.ini");
         scene.insert(scene.find("serial ="), "unplug = " + unplug + "\n");
-        std::ofstream(Folder / "s.ini") << scene;
-        std::ofstream(Folder / "s.debug") << lines;
-        return RunVorelctl(std::string("debug --scene s.ini ") + how, Folder);
+        Folder.Write("s.ini", scene);
+        Folder.Write("s.debug", lines);
+        Folder.Write("x.bin", std::string(50000, 'x'));
+        return RunVorelctl(std::string("debug --scene s.ini ") + how, Folder.Path());
     }
 
     static constexpr const char* Load = "load x.bin --verify\n";
-    const std::filesystem::path Folder =
-        std::filesystem::temp_directory_path() / "vorelctl-test-unplugged";
+    const vorel::TTempFolder Folder;
 };
 
 TEST_F(VorelctlUnplugged, AScriptEndsWithWhatFailedOnWhichDevice) {
@@ -220,19 +209,17 @@ TEST_F(VorelctlUnplugged, ASessionGoesOnWhenThePodIsBack) {
 }
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
-    const std::string folder = std::filesystem::temp_directory_path() / "vorelctl-test-saved";
-    const std::string script = folder + ".debug";
-    for (const auto& [file, words] :
-         {std::pair{folder + ".hex", " --verify"}, {folder + ".bin", " --address FFFC --verify"}}) {
-        std::ofstream(script) << "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " << file
-                              << "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " << file << words
-                              << "\nmem FFF8 6 --width 32\n";
+    const vorel::TTempFolder folder;
+    for (const auto& [file, words] : {std::pair{folder / "a.hex", " --verify"},
+                                      {folder / "a.bin", " --address FFFC --verify"}}) {
+        const std::string script =
+            folder.Write("a.debug", "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " +
+                                        file + "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " +
+                                        file + words + "\nmem FFF8 6 --width 32\n");
         const TRun run = RunVorelctl("debug --script " + script);
         EXPECT_EQ(run.ExitStatus, 0) << run.Output;
         EXPECT_THAT(run.Output, HasSubstr("00000000 00000002 00000003 00000004"));
-        std::filesystem::remove(file);
     }
-    std::filesystem::remove(script);
 }
 
 // The last has a foreign device in front of its pod.
@@ -242,7 +229,7 @@ TEST(Vorelctl, TellsWhatIsOddAboutAScene) {
         int ExitStatus;
         const char* Says;
     };
-    const std::string scene = std::filesystem::temp_directory_path() / "vorelctl-test-scene.ini";
+    const vorel::TTempFolder folder;
     for (const Case& c :
          {Case{"[pod]\n[hard]\ndevice = A id=0BA00477 ir=4 x1000\n", 1,
                "Too long: 1000 devices answer, and 910 are the most"},
@@ -251,12 +238,10 @@ TEST(Vorelctl, TellsWhatIsOddAboutAScene) {
                0, "      0  0x0BA00477\n      1  no id register\n      2  0x3BA00477\n"},
           Case{"[pod]\nvendor = 1234\n[pod]\n[hard]\ndevice = A id=0BA00477 ir=4\n", 1,
                "The pod does not answer."}}) {
-        std::ofstream(scene) << c.Scene;
-        const TRun run = RunVorelctl("scan --scene " + scene);
+        const TRun run = RunVorelctl("scan --scene " + folder.Write("odd.ini", c.Scene));
         EXPECT_EQ(run.ExitStatus, c.ExitStatus) << c.Scene;
         EXPECT_THAT(run.Output, HasSubstr(c.Says));
     }
-    std::filesystem::remove(scene);
 }
 
 TEST(Vorelctl, ExitStatusTellsWhatIsWrong) {

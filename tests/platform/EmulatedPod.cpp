@@ -89,10 +89,11 @@ void TEmulatedPod::Note(const char* what, unsigned number) {
 gboolean TEmulatedPod::OnIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, void* self) {
     auto& pod = *static_cast<TEmulatedPod*>(self);
     const std::lock_guard<std::recursive_mutex> lock(pod.Mutex);
-    return pod.Handle(client) ? TRUE : FALSE;
+    pod.Handle(client);
+    return TRUE;
 }
 
-bool TEmulatedPod::Handle(UMockdevIoctlClient* client) {
+void TEmulatedPod::Handle(UMockdevIoctlClient* client) {
     UMockdevIoctlData* arg = umockdev_ioctl_client_get_arg(client);
     const gulong request = umockdev_ioctl_client_get_request(client);
     int result = 0;
@@ -129,7 +130,6 @@ bool TEmulatedPod::Handle(UMockdevIoctlClient* client) {
         umockdev_ioctl_data_unref(word);
     }
     umockdev_ioctl_client_complete(client, result, error);
-    return true;
 }
 
 void TEmulatedPod::Submit(UMockdevIoctlData* arg) {

@@ -41,7 +41,7 @@ private:
     };
 
     static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, void* self);
-    bool Handle(UMockdevIoctlClient* client);
+    void Handle(UMockdevIoctlClient* client);
     void Submit(UMockdevIoctlData* arg);
     void Control(TUrb urb);
     std::string StringDescriptor(int index, int language) const;
