@@ -111,9 +111,10 @@ TEST_F(ObjectFiles, ThatCannotBeTakenSayWhy) {
              "foreign.elf"
              " was not loaded. Only 32-bit big-endian ELF files are read, and this one is "
              "64-bit little-endian. Convert it to Intel Hex (objcopy -O ihex).\n"}};
-    for (const auto& [file, told] : cases) {
-        EXPECT_EQ(Told("object " + folder + file), told);
-        EXPECT_EQ(Told("load 0 " + folder + file), told);
+    for (const auto& [name, told] : cases) {
+        const std::string file = Folder / name;
+        EXPECT_EQ(Told("object " + file), told);
+        EXPECT_EQ(Told("load 0 " + file), told);
     }
     EXPECT_EQ(Told("load 0"), "2 vorelctl: Something is missing.\nusage: vorelctl load DEVICE FILE "
                               "[--address A] [--verify]\n");
