@@ -210,12 +210,12 @@ TEST_F(VorelctlUnplugged, ASessionGoesOnWhenThePodIsBack) {
 
 TEST(Vorelctl, SavesAndLoadsMemoryAcrossABorderOf64KiB) {
     const vorel::TTempFolder folder;
+    const std::string script = folder / "a.debug";
     for (const auto& [file, words] : {std::pair{folder / "a.hex", " --verify"},
                                       {folder / "a.bin", " --address FFFC --verify"}}) {
-        const std::string script =
-            folder.Write("a.debug", "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " +
-                                        file + "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " +
-                                        file + words + "\nmem FFF8 6 --width 32\n");
+        std::ofstream(script) << "mem FFF8 --width 32 --write 1 2 3 4 5 6\nsave FFFC 12 " << file
+                              << "\nmem FFF8 --width 32 --write 0 0 0 0 0 0\nload " << file << words
+                              << "\nmem FFF8 6 --width 32\n";
         const TRun run = RunVorelctl("debug --script " + script);
         EXPECT_EQ(run.ExitStatus, 0) << run.Output;
         EXPECT_THAT(run.Output, HasSubstr("00000000 00000002 00000003 00000004"));
