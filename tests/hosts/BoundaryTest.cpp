@@ -1,22 +1,16 @@
 // Pins of devices on a virtual chain, read through the whole system: scan, drivers, description
 // files of a library tree, boundary scan.
-#include "bsdl/BSDLFile.h"
-#include "hosts/kit/LibraryLoader.h"
-#include "hosts/kit/PlainHost.h"
-#include "hosts/vorelctl/PinSample.h"
-#include "simulator/BsdlDevice.h"
-#include "simulator/Scene.h"
-#include "simulator/SimUsbServices.h"
-#include "support/Text.h"
-#include "vorel/Channel.h"
-#include "vorel/Driver.h"
-#include "vorel/Ports.h"
+#include "SoftRig.h"
 
-#include <gtest/gtest.h>
+#include "bsdl/BSDLFile.h"
+#include "hosts/vorelctl/PinSample.h"
+#include "knowledge/TempFolder.h"
+#include "simulator/BsdlDevice.h"
+#include "vorel/Driver.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <map>
+#include <optional>
 
 namespace vorel::host {
 namespace {
@@ -35,50 +29,17 @@ std::string TextOf(IVorelDriver& driver, Status (IVorelDriver::*get)(WideText&) 
 }
 
 class Boundary : public testing::Test {
-public:
-    ~Boundary() override {
-        Vorel.Unload();
-        SetHostClient(nullptr);
-        fs::remove_all(Folder);
-    }
-
 protected:
-    Boundary() {
-        fs::remove_all(Folder);
-        fs::create_directories(Folder / "Library");
-        fs::create_directory_symlink(VOREL_TREE "/System", Folder / "System");
-    }
-    // Scans a chain of these parts.
-    void Open(const std::vector<TPart>& parts) {
-        std::string text = "[pod]\n[hard]\n";
-        for (const TPart& part : parts) {
-            text += "device = part \"bsdl=" + part.File.string() + "\" " + part.Id + "\n";
-        }
-        Usb = sim::TScene::Parse(text).CreateUsb();
-        Host.UseUsb(Usb.get());
-        SetHostClient(&Host);
-        ASSERT_TRUE(Vorel.Load(VOREL_TREE "/System")) << Vorel.Problem();
-        ASSERT_EQ(Vorel.ScanJTagPorts(), StatusOk);
-        IJTagPort* port = nullptr;
-        ASSERT_EQ(Vorel.GetJTagPort(1, &port), StatusOk);
-        Bool32 found = False32;
-        ASSERT_EQ(port->Detect(True32, found), StatusOk);
-        ASSERT_EQ(port->GetHardChain(Channel), StatusOk);
-        std::int32_t count = 0;
-        ASSERT_EQ(Channel->GetDeviceCount(count), StatusOk);
-        ASSERT_EQ(static_cast<std::size_t>(count), parts.size());
-    }
-
     // The library's description of a device, once its file lies where the driver says; null when
     // the driver names none.
-    static IBSDLEntity* Describe(IJTagDevice& device, const fs::path& library,
-                                 const fs::path& file) {
+    IBSDLEntity* Describe(IJTagDevice& device, const fs::path& file) const {
         IVorelDriver* driver = nullptr;
         EXPECT_EQ(device.GetDriver(driver), StatusOk);
         IBSDLEntity* entity = nullptr;
         const std::string name = TextOf(*driver, &IVorelDriver::GetBsdlFile);
         if (!name.empty()) {
-            const fs::path folder = library / "BSDL" / TextOf(*driver, &IVorelDriver::GetVendor) /
+            const fs::path folder = fs::path(Folder.Path()) / "Library/BSDL" /
+                                    TextOf(*driver, &IVorelDriver::GetVendor) /
                                     TextOf(*driver, &IVorelDriver::GetFamily);
             fs::create_directories(folder);
             fs::copy_file(file, folder / name);
@@ -106,11 +67,11 @@ protected:
     }
 
     void SampleOne(std::int32_t index, const fs::path& file) {
-        sim::TChain& wires = Usb->Pod(0).Target()->HardChain();
+        sim::TChain& wires = Rig->Pod().Target()->HardChain();
         IJTagDevice* device = nullptr;
         ASSERT_EQ(Channel->GetDevice(index, device), StatusOk);
         const TBSDLFile own = ReadBsdlFile(file.string());
-        IBSDLEntity* entity = Describe(*device, Folder / "Library", file);
+        IBSDLEntity* entity = Describe(*device, file);
         Described += entity != nullptr ? 1 : 0;
         entity = entity != nullptr ? entity : own.Entity.get();
         auto& simulated =
@@ -141,7 +102,16 @@ protected:
 
     // Samples each part; the library has to describe `described` of them by itself.
     void SampleAll(const std::vector<TPart>& parts, int described) {
-        ASSERT_NO_FATAL_FAILURE(Open(parts));
+        std::string text = "[pod]\n[hard]\n";
+        for (const TPart& part : parts) {
+            text += "device = part \"bsdl=" + part.File.string() + "\" " + part.Id + "\n";
+        }
+        fs::create_directory_symlink(VOREL_TREE "/System", Folder / "System");
+        Rig.emplace(sim::TScene::Parse(text), Folder.Path(), Folder.Path());
+        ASSERT_EQ(Rig->Port->GetHardChain(Channel), StatusOk);
+        std::int32_t count = 0;
+        ASSERT_EQ(Channel->GetDeviceCount(count), StatusOk);
+        ASSERT_EQ(static_cast<std::size_t>(count), parts.size());
         for (std::size_t i = 0; i < parts.size(); ++i) {
             SCOPED_TRACE(parts[i].File);
             SampleOne(static_cast<std::int32_t>(i), parts[i].File);
@@ -149,10 +119,8 @@ protected:
         EXPECT_EQ(Described, described);
     }
 
-    const fs::path Folder = fs::temp_directory_path() / "vorel-boundary-test";
-    TPlainHost Host{{Folder}, {Folder, Folder}};
-    std::unique_ptr<sim::TSimUsbServices> Usb;
-    TVorelLibrary Vorel;
+    const TTempFolder Folder;
+    std::optional<TPodRig> Rig;
     IJTagChannel* Channel = nullptr;
     int Described = 0;
 };

@@ -5,13 +5,8 @@
 #include "simulator/DebugUnit.h"
 #include "vorel/Driver.h"
 
-#include <gtest/gtest.h>
-
 namespace vorel::host {
 namespace {
-
-const std::filesystem::path Folder =
-    std::filesystem::temp_directory_path() / "vorel-breakpoints-test";
 
 constexpr std::uint32_t Planted = 0x016948CD;
 constexpr std::int32_t V0 = 2;
@@ -21,11 +16,8 @@ constexpr std::int32_t Pc = 34;
 const std::vector<std::uint32_t> Counter{0x24420001, 0x24420001, 0x24420001, 0x1000FFFC,
                                          0x24420100};
 
-class Breakpoints : public testing::Test {
+class Breakpoints : public TSoftRigTest {
 protected:
-    static void SetUpTestSuite() { std::filesystem::create_directories(Folder); }
-    static void TearDownTestSuite() { std::filesystem::remove_all(Folder); }
-
     // What the memory really holds.
     std::uint32_t Plain(std::uint32_t address) { return *Unit.Bus().Load(address, 4); }
     IVorelBreakpoint* Add(std::int64_t address) {
@@ -39,6 +31,11 @@ protected:
             ASSERT_NE(Add(address), nullptr);
         }
     }
+    std::int32_t Count() {
+        std::int32_t count = -1;
+        EXPECT_EQ(Rig.Processor->GetBreakpointCount(count), StatusOk);
+        return count;
+    }
     bool Remove(std::int64_t address) {
         Bool32 removed = False32;
         EXPECT_EQ(Rig.Processor->RemoveBreakpoint(0, address, removed), StatusOk);
@@ -51,7 +48,6 @@ protected:
         return slots;
     }
 
-    TSoftRig Rig{Folder};
     sim::TDebugUnit& Unit =
         dynamic_cast<sim::TDebugUnit&>(Rig.Pod().Target()->SoftChain().Device(0));
 };
@@ -62,12 +58,11 @@ TEST_F(Breakpoints, TheFifthIsPlantedInTheMemory) {
     IVorelBreakpoint* const breakpoint = Add(4);
     ASSERT_NE(breakpoint, nullptr);
     EXPECT_EQ(Add(4), breakpoint);
+    EXPECT_EQ(Add(0x80000), Add(0x80000));
     std::int32_t number = 0;
     EXPECT_EQ(breakpoint->GetNumber10(number), StatusOk);
     EXPECT_EQ(number, -1);
-    std::int32_t count = 0;
-    Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 5);
+    EXPECT_EQ(Count(), 5);
     EXPECT_EQ(Plain(4), Planted);
 
     EXPECT_EQ(RunToStop(), "Breakpoint at 00000004");
@@ -90,8 +85,9 @@ TEST_F(Breakpoints, TheFifthIsPlantedInTheMemory) {
     EXPECT_EQ(Rig.Messages, "");
 }
 
-TEST_F(Breakpoints, RefusedWhereNoInstructionCanBe) {
+TEST_F(Breakpoints, RefusedAtNoCostWhereNoInstructionCanBe) {
     FillUnit();
+    const std::uint64_t writes = Rig.Pod().Counters().Writes;
     for (const auto& [space, address] : {std::pair{0, std::int64_t{2}},
                                          {0, 0x100000},
                                          {0, -4},
@@ -108,6 +104,8 @@ TEST_F(Breakpoints, RefusedWhereNoInstructionCanBe) {
                   "underlying hardware has no support for hardware breakpoints or you need to free "
                   "up an existing hardware breakpoint.");
     }
+    EXPECT_EQ(Rig.Pod().Counters().Writes, writes);
+    EXPECT_EQ(Count(), 4);
     EXPECT_EQ(Plain(0), 0U);
 }
 
@@ -214,19 +212,15 @@ TEST_F(Breakpoints, StayOverAResetAndLeaveWithTheDevice) {
     Rig.Processor->GetChannel(channel);
     EXPECT_EQ(place, -1);
     EXPECT_EQ(channel, nullptr);
-    std::int32_t count = 0;
-    Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 0);
+    EXPECT_EQ(Count(), 0);
 
     Rig.Processor->SetChannel(Rig.Chain);
     Rig.Processor->SetChainIndex(0);
-    Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 4) << "the unit keeps its own";
+    EXPECT_EQ(Count(), 4) << "the unit keeps its own";
     ASSERT_NE(Add(0), nullptr);
     EXPECT_EQ(Plain(0), Planted) << "they stay in use";
     EXPECT_EQ(Rig.Processor->RemoveAllBreakpoints(), StatusOk);
-    Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 0);
+    EXPECT_EQ(Count(), 0);
     Rig.WriteWords(0x80000, {0x0000000C});
     Rig.WriteWords(0, {0x3C020008, 0x00400008, 0}); // jumps to 80000
     EXPECT_EQ(RunToStop(), "Trap: system call, goes on at 00080004");

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 namespace vorel::host {
@@ -42,15 +43,6 @@ struct KnowledgeCommands : testing::Test {
 
     TTempFolder Folder;
 };
-
-std::string RandomBytes(std::size_t size) {
-    std::mt19937 generator(7);
-    std::string bytes;
-    while (bytes.size() < size) {
-        bytes.push_back(static_cast<char>(generator() & 0xFFU));
-    }
-    return bytes;
-}
 
 TEST_F(KnowledgeCommands, ListWhatTheModulesDeclare) {
     EXPECT_THAT(Output("vendors"), testing::AnyOf("Altera\nXilinx\n", "Xilinx\nAltera\n"));
@@ -191,7 +183,10 @@ TEST_F(KnowledgeCommands, ADamagedInstallationStillScans) {
     Folder.Write("System/TEST.VOR.txt", "!throw\n!null\n!fail\n!nameless\nTwice|V|F|1|FPGA\n"
                                         "Twice|V|F|1|FPGA\n");
     Folder.Write("System/CUT.VOR", Folder.Read("System/ALTERA.VOR").substr(0, 10000));
-    const std::string noise = RandomBytes(200'000);
+    std::string noise(200'000, '\0');
+    std::generate(noise.begin(), noise.end(), [generator = std::mt19937(7)]() mutable {
+        return static_cast<char>(generator());
+    });
     for (const char* file : {"System/FamilyMappings.txt", "System/JTAG_ALIAS.txt", MappingFile}) {
         Folder.Write(file, noise);
     }

@@ -59,8 +59,8 @@ protected:
         EXPECT_EQ(posix_spawn(&process, "/bin/sh", nullptr, nullptr,
                               const_cast<char* const*>(arguments), environ),
                   0);
-        const int before = Port.Transfers();
-        EXPECT_TRUE(Becomes([&] { return Port.Transfers() > before + 100; }));
+        const int before = Port.Transfers;
+        EXPECT_TRUE(Becomes([&] { return Port.Transfers > before + 100; }));
         return process;
     }
 
@@ -104,10 +104,10 @@ TEST_F(MachinePort, ScansAChainThroughTheLoadedLibrary) {
     EXPECT_EQ(id, 0x0140'D093U);
     // Given back as often as it was claimed, with nobody at work.
     EXPECT_FALSE(Port.IsClaimed());
-    EXPECT_GT(Port.Releases(), 0);
+    EXPECT_GT(Port.Releases, 0);
 
     // Somebody else at the port: a status, and no devices of old.
-    Port.AttachOtherDriver(true);
+    Port.HasOtherDriver = true;
     EXPECT_EQ(port->Detect(False32, found), StatusFromOsError(EBUSY));
     EXPECT_EQ(found, False32);
     EXPECT_EQ(chain->GetDeviceCount(count), StatusOk);
@@ -117,7 +117,7 @@ TEST_F(MachinePort, ScansAChainThroughTheLoadedLibrary) {
 }
 
 TEST_F(MachinePort, IsSaidToBeBusyWhileSomebodyElseUsesIt) {
-    Port.AttachOtherDriver(true);
+    Port.HasOtherDriver = true;
     const TRun run =
         RunProgram(VOREL_TREE "/System/vorelctl", Root.string(), "scan --usb", Root.string());
     EXPECT_EQ(run.ExitStatus, 1);
@@ -137,16 +137,16 @@ TEST_F(MachinePort, IsFreeAgainWhenASignalEndsAScan) {
         const pid_t process = StartScan();
         EXPECT_TRUE(Port.IsClaimed());
         EXPECT_EQ(found->Prepare(), StatusFromOsError(EBUSY)) << "while the other one scans";
-        const int releases = Port.Releases();
+        const int releases = Port.Releases;
         Port.HoldRequests(true);
-        EXPECT_TRUE(Becomes([&] { return Port.HasHeldRequest(); }));
+        EXPECT_TRUE(Becomes([&] { return Port.HasHeldRequest.load(); }));
         kill(process, signal); // in the middle of a register access
         int status = 0;
         ASSERT_EQ(waitpid(process, &status, 0), process);
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
         Port.HoldRequests(false);
         ASSERT_TRUE(Becomes([&] { return Port.OpenFiles() == 0; }));
-        EXPECT_EQ(Port.Releases(), releases) << "the closing did it";
+        EXPECT_EQ(Port.Releases, releases) << "the closing did it";
         const Ref<IParallelPort> mine(found);
         EXPECT_EQ(found->Prepare(), StatusOk);
         EXPECT_TRUE(Port.IsClaimed());

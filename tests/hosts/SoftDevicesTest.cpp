@@ -2,24 +2,12 @@
 // processor behind it.
 #include "SoftRig.h"
 
-#include "simulator/DebugUnit.h"
-
-#include <gtest/gtest.h>
-
 #include <numeric>
 
 namespace vorel::host {
 namespace {
 
-const std::filesystem::path Folder = std::filesystem::temp_directory_path() / "vorel-soft-test";
-
-class SoftDevices : public testing::Test {
-protected:
-    static void SetUpTestSuite() { std::filesystem::create_directories(Folder); }
-    static void TearDownTestSuite() { std::filesystem::remove_all(Folder); }
-
-    TSoftRig Rig{Folder};
-};
+using SoftDevices = TSoftRigTest;
 
 // Prints "Hi", breaks, counts in v0 for ever.
 const std::vector<std::uint32_t> Program{0x3C08FFFF, 0x24090048, 0xAD090000, 0x24090069, 0xAD090000,
@@ -90,24 +78,6 @@ TEST_F(SoftDevices, RegistersHaveNamesValuesAndTexts) {
     Rig.Processor->GetSecondRegister(second);
     second->GetName(text);
     EXPECT_EQ(text, u"ra");
-}
-
-TEST_F(SoftDevices, RemovedBreakpointsLeaveTheUnit) {
-    IVorelBreakpoint* breakpoint = nullptr;
-    for (const std::int64_t address : {0x0, 0x4, 0x8, 0x8, 0xC}) {
-        EXPECT_EQ(Rig.Processor->AddBreakpoint(0, address, breakpoint), StatusOk);
-        EXPECT_NE(breakpoint, nullptr);
-    }
-    Bool32 removed = False32;
-    EXPECT_EQ(Rig.Processor->RemoveBreakpoint(0, 0x4, removed), StatusOk);
-    EXPECT_EQ(removed, True32);
-    EXPECT_EQ(Rig.Processor->RemoveAllBreakpoints(), StatusOk);
-    std::int32_t count = -1;
-    Rig.Processor->GetBreakpointCount(count);
-    EXPECT_EQ(count, 0);
-    Rig.WriteWords(0, Program);
-    ASSERT_TRUE(Rig.RunToStop());
-    EXPECT_EQ(Rig.Text(1), "Trap: break instruction at 00000014");
 }
 
 TEST_F(SoftDevices, BlocksKeepWhatStandsAroundThem) {

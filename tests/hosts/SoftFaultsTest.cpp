@@ -1,8 +1,6 @@
 // Soft devices through the whole stack while the pod fails, is pulled out, or the target refuses.
 #include "SoftRig.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
 
@@ -12,23 +10,18 @@ namespace {
 using sim::UsbFault;
 using sim::UsbTransfer;
 
-const std::filesystem::path Folder = std::filesystem::temp_directory_path() / "vorel-fault-test";
-
 // What a register and a block of the RAM hold, so that an answer shows whether it is the right one.
 constexpr std::int32_t Marked = 5;
 constexpr std::uint32_t Mark = 0x1234ABCD;
 constexpr std::int64_t Place = 0x10000;
 constexpr std::int32_t BlockSize = 20000;
 
-class SoftFaults : public testing::Test {
+class SoftFaults : public TSoftRigTest {
 protected:
     struct TWork {
         const char* Name;
         std::function<Status()> Do;
     };
-
-    static void SetUpTestSuite() { std::filesystem::create_directories(Folder); }
-    static void TearDownTestSuite() { std::filesystem::remove_all(Folder); }
 
     SoftFaults() : Block(BlockSize), Seen(BlockSize) {
         for (std::size_t i = 0; i < Block.size(); ++i) {
@@ -101,10 +94,8 @@ protected:
     void Replug() {
         Rig.Pod().Plug();
         EXPECT_EQ(Rig.Vorel.ScanJTagPorts(), StatusOk);
-        IJTagPort* port = nullptr;
-        Rig.Chain->GetPort(port);
         Bool32 found = False32;
-        EXPECT_EQ(port->Detect(True32, found), StatusOk);
+        EXPECT_EQ(Rig.Port->Detect(True32, found), StatusOk);
         EXPECT_EQ(found, True32);
     }
     void ExpectAllWell() {
@@ -137,7 +128,6 @@ protected:
     std::uint32_t Value = 0;
     std::int32_t Number = 0;
     WideText Text;
-    TSoftRig Rig{Folder};
 };
 
 TEST_F(SoftFaults, APodPulledOutAtAnyTransferIsToldAndServesAgainWhenItIsBack) {
@@ -165,20 +155,17 @@ TEST_F(SoftFaults, ALockAroundWorkThatThePodCutsOffIsStillTheCallers) {
     }
 }
 
-TEST_F(SoftFaults, APodThatTakesNothingForAWhileServesAgainBehindIt) {
-    for (const auto effect : {UsbFault::Effect::Fail, UsbFault::Effect::TimeOut}) {
-        ForEachTransfer(UsbTransfer::Write, [&](const TWork& work, std::uint64_t number) {
-            FailIn(work, {effect, UsbTransfer::Write, 1, true}, number);
-            ExpectAllWell();
-        });
-    }
-}
-
-TEST_F(SoftFaults, APodThatAnswersNothingForAWhileServesAgainBehindIt) {
-    for (const auto effect : {UsbFault::Effect::Fail, UsbFault::Effect::TimeOut}) {
-        ForEachTransfer(UsbTransfer::Read, [&](const TWork& work, std::uint64_t number) {
-            FailIn(work, {effect, UsbTransfer::Read, 1, true}, number);
-            Handle().ReadValue(Value); // meets the answers that nobody fetched
+TEST_F(SoftFaults, APodThatTakesOrAnswersNothingForAWhileServesAgainBehindIt) {
+    for (const auto& [kind, effect] : {std::pair{UsbTransfer::Write, UsbFault::Effect::Fail},
+                                       {UsbTransfer::Write, UsbFault::Effect::TimeOut},
+                                       {UsbTransfer::Read, UsbFault::Effect::Fail},
+                                       {UsbTransfer::Read, UsbFault::Effect::TimeOut}}) {
+        ForEachTransfer(kind, [&, fault = UsbFault{effect, kind, 1, true}](const TWork& work,
+                                                                           std::uint64_t number) {
+            FailIn(work, fault, number);
+            if (fault.On == UsbTransfer::Read) {
+                Handle().ReadValue(Value); // meets the answers that nobody fetched
+            }
             ExpectAllWell();
         });
     }
@@ -262,30 +249,6 @@ TEST_F(SoftFaults, AReadBehindTheEndLeavesTheChainOpenOnceAndTheHaltAsItIs) {
     EXPECT_EQ(words->WriteBlock(Block.data(), 4095, 1), StatusOk);
     EXPECT_EQ(words->ReadBlock(Seen.data(), 4095, 1), StatusOk);
     EXPECT_EQ(Seen[0], Block[0]);
-}
-
-TEST_F(SoftFaults, ARefusedBreakpointCostsNothing) {
-    IVorelBreakpoint* item = nullptr;
-    for (const std::int64_t address : {0x0, 0x4, 0x8, 0xC}) {
-        ASSERT_EQ(Rig.Processor->AddBreakpoint(0, address, item), StatusOk);
-    }
-    ASSERT_EQ(Rig.Messages, "");
-    const std::uint64_t writes = Transfers(UsbTransfer::Write);
-    for (const std::int64_t address : {0x2, 0x100000}) {
-        EXPECT_EQ(Rig.Processor->AddBreakpoint(0, address, item), StatusOk);
-        EXPECT_EQ(item, nullptr);
-        EXPECT_NE(std::exchange(Rig.Messages, {}), "");
-    }
-    EXPECT_EQ(Transfers(UsbTransfer::Write), writes);
-    std::int32_t count = 0;
-    EXPECT_EQ(Rig.Processor->GetBreakpointCount(count), StatusOk);
-    EXPECT_EQ(count, 4);
-    Bool32 removed = False32;
-    EXPECT_EQ(Rig.Processor->RemoveBreakpoint(0, 0x4, removed), StatusOk);
-    EXPECT_EQ(Rig.Processor->AddBreakpoint(0, 0x10, item), StatusOk);
-    EXPECT_NE(item, nullptr);
-    EXPECT_EQ(Rig.Messages, "");
-    ExpectAllWell();
 }
 
 } // namespace

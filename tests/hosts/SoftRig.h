@@ -1,4 +1,4 @@
-// The loaded library on the default board, with its two soft devices taken into use.
+// The loaded library on virtual boards.
 #pragma once
 
 #include "hosts/kit/LibraryLoader.h"
@@ -12,18 +12,21 @@
 #include "vorel/Ports.h"
 #include "vorel/VorelDevice.h"
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 #include <vector>
 
 namespace vorel::host {
 
-class TSoftRig {
+// The library loaded on virtual hardware, with the pod at port 1 detected.
+class TPodRig {
 public:
-    // `folder` holds the driver cache; one that stays makes the next rig quick.
-    explicit TSoftRig(const std::filesystem::path& folder)
-        : Usb(sim::TScene::Load(VOREL_TREE "/scenes/default.ini").CreateUsb()),
-          Host({VOREL_TREE}, {folder, folder}) {
+    // `user` holds the driver cache; one that stays makes the next rig quick.
+    TPodRig(const sim::TScene& scene, const std::filesystem::path& installation,
+            const std::filesystem::path& user)
+        : Usb(scene.CreateUsb()), Host({installation}, {user, user}) {
         Host.UseUsb(Usb.get());
         Host.OnMessage = [this](const std::string& text) { Messages += text; };
         SetHostClient(&Host);
@@ -31,23 +34,37 @@ public:
             throw EVorelError(Vorel.Problem());
         }
         Check(Vorel.ScanJTagPorts(), "Scanning the ports");
-        IJTagPort* port = nullptr;
-        Check(Vorel.GetJTagPort(1, &port), "Getting the pod");
+        Check(Vorel.GetJTagPort(1, &Port), "Getting the pod");
         Bool32 found = False32;
-        Check(port->Detect(True32, found), "Detecting");
-        Check(port->GetSoftChain(Chain), "Getting the soft chain");
+        Check(Port->Detect(True32, found), "Detecting");
+    }
+    ~TPodRig() {
+        Vorel.Unload();
+        SetHostClient(nullptr);
+    }
+    TPodRig(const TPodRig&) = delete;
+    TPodRig& operator=(const TPodRig&) = delete;
+
+    sim::TSimPod& Pod() { return Usb->Pod(0); }
+
+    std::unique_ptr<sim::TSimUsbServices> Usb;
+    std::string Messages;
+    TPlainHost Host;
+    TVorelLibrary Vorel;
+    IJTagPort* Port = nullptr;
+};
+
+// The default board with its two soft devices taken into use.
+class TSoftRig : public TPodRig {
+public:
+    explicit TSoftRig(const std::filesystem::path& user)
+        : TPodRig(sim::TScene::Load(VOREL_TREE "/scenes/default.ini"), VOREL_TREE, user) {
+        Check(Port->GetSoftChain(Chain), "Getting the soft chain");
         Processor = Take(u"ZRC3000", 0);
         Memory = Take(u"SOFTMEM4K", 1);
         Check(Processor->GetMainMemorySpace(Ram), "Getting the memory");
     }
-    ~TSoftRig() {
-        Vorel.Unload();
-        SetHostClient(nullptr);
-    }
-    TSoftRig(const TSoftRig&) = delete;
-    TSoftRig& operator=(const TSoftRig&) = delete;
 
-    sim::TSimPod& Pod() { return Usb->Pod(0); }
     std::uint64_t Clocks() { return Pod().Target()->SoftChain().ClockCount(); }
 
     void WriteWords(std::uint32_t address, const std::vector<std::uint32_t>& words) {
@@ -87,10 +104,6 @@ public:
         return paused != False32;
     }
 
-    std::unique_ptr<sim::TSimUsbServices> Usb;
-    std::string Messages;
-    TPlainHost Host;
-    TVorelLibrary Vorel;
     IJTagChannel* Chain = nullptr;
     IVorelDevice* Processor = nullptr;
     IVorelDevice* Memory = nullptr;
@@ -104,6 +117,18 @@ private:
         Check(device->SetChainIndex(place), "Putting it in its place");
         return device;
     }
+};
+
+// Tests on that board, which share a driver cache.
+class TSoftRigTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() { std::filesystem::create_directories(Folder()); }
+    static void TearDownTestSuite() { std::filesystem::remove_all(Folder()); }
+    static std::filesystem::path Folder() {
+        return std::filesystem::temp_directory_path() / "vorel-soft-test";
+    }
+
+    TSoftRig Rig{Folder()};
 };
 
 } // namespace vorel::host

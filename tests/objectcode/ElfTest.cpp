@@ -142,7 +142,7 @@ TEST_F(ElfTest, RefusesWhatIsNoSectionTable) {
     }
     EXPECT_FALSE(LoadElfToConsumer(Host, Write("a.elf", "\177ELG"), Collect()));
     EXPECT_EQ(Host.Messages.front(), "a.elf is not an ELF file");
-    EXPECT_FALSE(LoadElfToConsumer(Host, Missing("none/a.elf"), Collect()));
+    EXPECT_FALSE(LoadElfToConsumer(Host, Folder / "none/a.elf", Collect()));
     EXPECT_EQ(Host.Messages, std::vector{InvalidMessages.back()});
 }
 
@@ -163,10 +163,10 @@ TEST_F(BinaryTest, TheFrontEndsChooseByExtensionThenByContent) {
     EXPECT_EQ(GetObjectFileFormat(Write("x.HeX", elf)), IntelHex);
     EXPECT_EQ(GetObjectFileFormat(Write("x.hexa", elf)), Elf);
     EXPECT_EQ(GetObjectFileFormat(Write("x.ihx", ":00000001FF")), Binary);
-    EXPECT_EQ(GetObjectFileFormat(Missing("y.hex/none")), Binary);
+    EXPECT_EQ(GetObjectFileFormat(Folder / "y.hex/none"), Binary);
     EXPECT_FALSE(LoadObjectFile(Host, Write("elf.hex", elf), Collect()));
     EXPECT_EQ(Host.Messages.front(), "Hex File Error : Line 1");
-    EXPECT_FALSE(LoadObjectFile(Host, Missing("none"), Collect(), &Report));
+    EXPECT_FALSE(LoadObjectFile(Host, Folder / "none", Collect(), &Report));
     EXPECT_TRUE(Host.Messages.empty());
     EXPECT_EQ(Report.Remark, "The file does not exist.");
 }
@@ -174,6 +174,9 @@ TEST_F(BinaryTest, TheFrontEndsChooseByExtensionThenByContent) {
 TEST_F(BinaryTest, LoadsBytesAsOneBlock) {
     EXPECT_TRUE(Load("\x01\xFF"));
     EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 2, {1, 0xFF}}}));
+    EXPECT_TRUE(Load("a" + std::string(140000, '\xC3')));
+    ASSERT_EQ(Blocks.size(), 1U);
+    EXPECT_EQ(std::count(Blocks[0].Words.begin(), Blocks[0].Words.end(), 0xC3U), 140000);
     EXPECT_TRUE(Load(""));
     EXPECT_EQ(Blocks, (std::vector<TBlock>{{0, 0, {}}}));
     EXPECT_NE(Report.Remark, "");

@@ -2,14 +2,13 @@
 // keeps its blocks, and files in a folder that goes with the test.
 #pragma once
 
+#include "knowledge/TempFolder.h"
 #include "objectcode/MemoryWords.h"
 #include "support/NeutralHost.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -64,17 +63,9 @@ struct TBlock {
 
 class ObjectCodeTest : public testing::Test {
 protected:
-    ObjectCodeTest() : Folder(testing::TempDir() + "vorel-" + NewName()) {
-        std::filesystem::create_directories(Folder);
+    std::string Write(const std::string& name, const std::string& contents) const {
+        return Folder.Write(name, contents);
     }
-    ~ObjectCodeTest() override { std::filesystem::remove_all(Folder); }
-
-    std::string Write(const std::string& name, std::string_view contents) const {
-        std::ofstream(Folder / name, std::ios::binary)
-            .write(contents.data(), static_cast<std::streamsize>(contents.size()));
-        return (Folder / name).string();
-    }
-    std::string Missing(const std::string& name) const { return (Folder / name).string(); }
 
     TBlockConsumer Collect() {
         Blocks.clear();
@@ -84,19 +75,12 @@ protected:
         };
     }
 
+    const TTempFolder Folder;
     TListeningHost Host;
     std::vector<TBlock> Blocks;
     std::unique_ptr<TMemoryImage> Image = std::make_unique<TMemoryImage>();
     std::int32_t ErrorCount = -1;
     std::int64_t MaxAddress = -1;
-
-private:
-    static std::string NewName() {
-        WideText id;
-        TNeutralHost().NewUniqueId(id);
-        return ToUtf8(id);
-    }
-    std::filesystem::path Folder;
 };
 
 } // namespace vorel

@@ -4,8 +4,6 @@
 #include <sys/ioctl.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -17,20 +15,6 @@ usbdevfs_urb& UrbOf(UMockdevIoctlData* data) {
     return *reinterpret_cast<usbdevfs_urb*>(data->data);
 }
 
-// Device, one configuration, one interface, bulk OUT 0x02 and bulk IN 0x86.
-std::string Descriptors(int product) {
-    char text[128];
-    std::snprintf(text, sizeof text,
-                  "1201000200000040"
-                  "8C1B00%02X"
-                  "0001010203"
-                  "01",
-                  product >> 8);
-    return std::string(text) + "0902200001010080320904000002FF000000"
-                               "07050202000200"
-                               "07058602000200";
-}
-
 void Put(UMockdevIoctlData* data, std::size_t at, std::string_view bytes) {
     std::string copy(bytes);
     umockdev_ioctl_data_update(data, static_cast<gulong>(at),
@@ -40,20 +24,20 @@ void Put(UMockdevIoctlData* data, std::size_t at, std::string_view bytes) {
 
 } // namespace
 
-bool EmulationIsLoaded() {
-    const char* preload = std::getenv("LD_PRELOAD");
-    return preload != nullptr && std::strstr(preload, "libumockdev-preload") != nullptr;
-}
-
 TEmulatedPod::TEmulatedPod(UMockdevTestbed* testbed, int port, int product, int configuration)
     : Testbed(testbed), Base(umockdev_ioctl_base_new()) {
     const std::string number = std::to_string(port);
     const std::string address = std::to_string(port + 1);
     const std::string name = "bus/usb/001/00" + address;
-    const char ids[] = {'0', static_cast<char>('0' + (product >> 8)), '0', '0', '\0'};
+    const std::string type = std::to_string(product >> 8);
+    const std::string ids = "0" + type + "00";
     SysPath = "/sys/devices/usb1/1-" + number;
     DevNode = "/dev/" + name;
-    const std::string descriptors = Descriptors(product);
+    // Device, one configuration, one interface, bulk OUT 0x02 and bulk IN 0x86.
+    const std::string descriptors = "12010002000000408C1B000" + type + "000101020301" +
+                                    "0902200001010080320904000002FF000000"
+                                    "07050202000200"
+                                    "07058602000200";
     for (std::size_t at = 0; at < 36; at += 2) {
         DeviceDescriptor += static_cast<char>(std::stoi(descriptors.substr(at, 2), nullptr, 16));
     }
@@ -105,10 +89,11 @@ void TEmulatedPod::Note(const char* what, unsigned number) {
 gboolean TEmulatedPod::OnIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, void* self) {
     auto& pod = *static_cast<TEmulatedPod*>(self);
     const std::lock_guard<std::recursive_mutex> lock(pod.Mutex);
-    return pod.Handle(client) ? TRUE : FALSE;
+    pod.Handle(client);
+    return TRUE;
 }
 
-bool TEmulatedPod::Handle(UMockdevIoctlClient* client) {
+void TEmulatedPod::Handle(UMockdevIoctlClient* client) {
     UMockdevIoctlData* arg = umockdev_ioctl_client_get_arg(client);
     const gulong request = umockdev_ioctl_client_get_request(client);
     int result = 0;
@@ -123,31 +108,28 @@ bool TEmulatedPod::Handle(UMockdevIoctlClient* client) {
     } else if (request == USBDEVFS_DISCARDURB) {
         result = Discard(*reinterpret_cast<gulong*>(arg->data)) ? 0 : -1;
         error = EINVAL;
-    } else if (request == USBDEVFS_GET_CAPABILITIES) {
-        UMockdevIoctlData* word = umockdev_ioctl_data_resolve(arg, 0, 4, nullptr);
-        const guint32 capabilities = USBDEVFS_CAP_NO_PACKET_SIZE_LIM;
-        Put(word, 0, {reinterpret_cast<const char*>(&capabilities), 4});
-        umockdev_ioctl_data_unref(word);
     } else if (request == USBDEVFS_GETDRIVER) {
         result = -1;
         error = ENODATA;
     } else {
         UMockdevIoctlData* word = umockdev_ioctl_data_resolve(arg, 0, 4, nullptr);
         const unsigned value = *reinterpret_cast<guint32*>(word->data);
-        umockdev_ioctl_data_unref(word);
-        const std::map<gulong, const char*> known = {{USBDEVFS_SETCONFIGURATION, "config"},
-                                                     {USBDEVFS_DISCONNECT_CLAIM, "claim"},
-                                                     {USBDEVFS_RELEASEINTERFACE, "release"}};
-        const auto found = known.find(request);
-        if (found == known.end()) {
+        if (request == USBDEVFS_GET_CAPABILITIES) {
+            const guint32 capabilities = USBDEVFS_CAP_NO_PACKET_SIZE_LIM;
+            Put(word, 0, {reinterpret_cast<const char*>(&capabilities), 4});
+        } else if (request == USBDEVFS_SETCONFIGURATION) {
+            Note("config", value);
+        } else if (request == USBDEVFS_DISCONNECT_CLAIM) {
+            Note("claim", value);
+        } else if (request == USBDEVFS_RELEASEINTERFACE) {
+            Note("release", value);
+        } else {
             result = -1;
             error = ENOTTY;
-        } else {
-            Note(found->second, value);
         }
+        umockdev_ioctl_data_unref(word);
     }
     umockdev_ioctl_client_complete(client, result, error);
-    return true;
 }
 
 void TEmulatedPod::Submit(UMockdevIoctlData* arg) {
@@ -172,21 +154,16 @@ void TEmulatedPod::Control(TUrb urb) {
     const std::uint8_t* setup = urb.Buffer->data;
     const int index = setup[2];
     const int language = setup[4] | (setup[5] << 8);
-    const bool isString = setup[1] == 6 && setup[3] == 3;
     std::string answer;
     if (setup[1] == 6 && setup[3] == 1) {
         answer = DeviceDescriptor;
-    } else if (isString && !Behaviour.StallsStrings) {
+    } else if (setup[1] == 6 && setup[3] == 3 && !Behaviour.StallsStrings) {
         answer = StringDescriptor(index, language);
     }
     const auto room = static_cast<std::size_t>(setup[6] | (setup[7] << 8));
-    const std::size_t size = std::min(answer.size(), room);
-    if (size == 0) {
-        Finish(urb, -EPIPE, 0);
-        return;
-    }
-    Put(urb.Buffer, 8, answer.substr(0, size));
-    Finish(urb, 0, static_cast<int>(size));
+    const std::string part = answer.substr(0, room);
+    Put(urb.Buffer, 8, part);
+    Finish(urb, part.empty() ? -EPIPE : 0, static_cast<int>(part.size()));
 }
 
 std::string TEmulatedPod::StringDescriptor(int index, int language) const {

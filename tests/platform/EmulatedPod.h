@@ -6,15 +6,11 @@
 
 #include <cstdint>
 #include <deque>
-#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
 
 namespace vorel {
-
-// True when the programs' calls are intercepted; nothing can be emulated otherwise.
-bool EmulationIsLoaded();
 
 // A pod answers an identify item with "11" and every capture item with two bytes, the second one
 // 0xA0. The switches are read by the emulation's own thread; set them between transfers.
@@ -45,7 +41,7 @@ private:
     };
 
     static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, void* self);
-    bool Handle(UMockdevIoctlClient* client);
+    void Handle(UMockdevIoctlClient* client);
     void Submit(UMockdevIoctlData* arg);
     void Control(TUrb urb);
     std::string StringDescriptor(int index, int language) const;

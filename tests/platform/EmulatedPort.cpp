@@ -41,14 +41,13 @@ TEmulatedPort::~TEmulatedPort() {
     g_object_unref(Testbed);
 }
 
-void TEmulatedPort::AttachOtherDriver(bool attached) {
-    const std::lock_guard lock(Mutex);
-    HasOtherDriver = attached;
-}
-
 bool TEmulatedPort::IsClaimed() {
     const std::lock_guard lock(Mutex);
     DropClosedFiles();
+    return AnyClaims();
+}
+
+bool TEmulatedPort::AnyClaims() const {
     return std::any_of(Users.begin(), Users.end(), [](const auto& u) { return u.second.Claimed; });
 }
 
@@ -62,21 +61,6 @@ void TEmulatedPort::HoldRequests(bool hold) {
     const std::lock_guard lock(Mutex);
     Holding = hold;
     Resumed.notify_all();
-}
-
-bool TEmulatedPort::HasHeldRequest() const {
-    const std::lock_guard lock(Mutex);
-    return HoldsOne;
-}
-
-int TEmulatedPort::Releases() const {
-    const std::lock_guard lock(Mutex);
-    return ReleaseCount;
-}
-
-int TEmulatedPort::Transfers() const {
-    const std::lock_guard lock(Mutex);
-    return TransferCount;
 }
 
 // Nobody tells of a closing.
@@ -101,9 +85,9 @@ gboolean TEmulatedPort::OnIoctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient
                                 void* self) {
     auto& port = *static_cast<TEmulatedPort*>(self);
     std::unique_lock lock(port.Mutex);
-    port.HoldsOne = port.Holding;
+    port.HasHeldRequest = port.Holding;
     port.Resumed.wait(lock, [&] { return !port.Holding; });
-    port.HoldsOne = false;
+    port.HasHeldRequest = false;
     TUser& user = port.Users.at(client);
     const int error = port.Answer(user, umockdev_ioctl_client_get_request(client),
                                   umockdev_ioctl_client_get_arg(client));
@@ -113,40 +97,31 @@ gboolean TEmulatedPort::OnIoctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient
 }
 
 int TEmulatedPort::Answer(TUser& user, unsigned long request, UMockdevIoctlData* argument) {
+    const bool wantsClaim = request != PPEXCL && request != PPCLAIM;
+    if (user.Claimed != wantsClaim) {
+        return EINVAL;
+    }
     switch (request) {
     case PPEXCL:
         user.Exclusive = true;
-        return user.Claimed ? EINVAL : 0;
+        return 0;
     case PPCLAIM:
         return Claim(user);
     case PPRELEASE:
-        return Release(user);
+        user.Claimed = false;
+        ++Releases;
+        return 0;
     default:
-        return user.Claimed ? Transfer(request, argument) : EINVAL;
+        return Transfer(request, argument);
     }
 }
 
 int TEmulatedPort::Claim(TUser& user) {
-    if (user.Claimed) {
-        return EINVAL;
-    }
     DropClosedFiles();
-    const bool inUse = HasOtherDriver || std::any_of(Users.begin(), Users.end(), [](const auto& u) {
-                           return u.second.Claimed;
-                       });
-    if (inUse) {
+    if (HasOtherDriver || AnyClaims()) {
         return user.Exclusive ? ENXIO : EDEADLK; // who does not ask to be alone would wait
     }
     user.Claimed = true;
-    return 0;
-}
-
-int TEmulatedPort::Release(TUser& user) {
-    if (!user.Claimed) {
-        return EINVAL;
-    }
-    user.Claimed = false;
-    ++ReleaseCount;
     return 0;
 }
 
@@ -166,7 +141,7 @@ int TEmulatedPort::Transfer(unsigned long request, UMockdevIoctlData* argument) 
         umockdev_ioctl_data_update(data, 0, &value, 1);
     }
     g_object_unref(data);
-    ++TransferCount;
+    ++Transfers;
     return 0;
 }
 

@@ -6,6 +6,7 @@
 
 #include <umockdev.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -24,17 +25,16 @@ public:
     ~TEmulatedPort();
 
     UMockdevTestbed* GetTestbed() const noexcept { return Testbed; }
-    // A driver of the kernel, as for printers, is on the port.
-    void AttachOtherDriver(bool attached);
-
     // Requests wait for their answer from now on, until they may go on.
     void HoldRequests(bool hold);
-    bool HasHeldRequest() const;
 
     bool IsClaimed();
     int OpenFiles();
-    int Releases() const; // that a program asked for
-    int Transfers() const;
+
+    std::atomic<bool> HasOtherDriver = false; // of the kernel, as for printers, on the port
+    std::atomic<bool> HasHeldRequest = false;
+    std::atomic<int> Releases = 0; // that a program asked for
+    std::atomic<int> Transfers = 0;
 
 private:
     struct TUser {
@@ -46,22 +46,18 @@ private:
     static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, void* self);
     static void OnOpened(UMockdevIoctlBase* base, UMockdevIoctlClient* client, void* self);
     void DropClosedFiles();
+    bool AnyClaims() const;
     int Answer(TUser& user, unsigned long request, UMockdevIoctlData* argument);
     int Claim(TUser& user);
-    int Release(TUser& user);
     int Transfer(unsigned long request, UMockdevIoctlData* argument);
 
     UMockdevTestbed* Testbed;
     UMockdevIoctlBase* Handler;
     IParallelPort& Hardware;
-    mutable std::mutex Mutex;
+    std::mutex Mutex;
     std::map<UMockdevIoctlClient*, TUser> Users; // by open file
     std::condition_variable Resumed;
     bool Holding = false;
-    bool HoldsOne = false;
-    bool HasOtherDriver = false;
-    int ReleaseCount = 0;
-    int TransferCount = 0;
 };
 
 } // namespace vorel
